@@ -1,0 +1,28 @@
+# The installed tree: libraries, headers, the CMake package TvOsBase and tvosbase.pc.
+# Nothing in it holds an absolute path, so it may be moved as a whole.
+include(CMakePackageConfigHelpers)
+
+set(tvHeaderDir ${CMAKE_INSTALL_INCLUDEDIR}/tvosbase)
+set(tvCMakeDir ${CMAKE_INSTALL_LIBDIR}/cmake/TvOsBase)
+
+set_target_properties(TvOsBase TvPlatformBase PROPERTIES INSTALL_RPATH $ORIGIN)
+install(TARGETS TvOsBase TvPlatformBase EXPORT TvOsBaseTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  FILE_SET HEADERS DESTINATION ${tvHeaderDir} COMPONENT development)
+install(EXPORT TvOsBaseTargets NAMESPACE TvOsBase:: DESTINATION ${tvCMakeDir}
+  COMPONENT development)
+
+configure_package_config_file(cmake/TvOsBaseConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/TvOsBaseConfig.cmake INSTALL_DESTINATION ${tvCMakeDir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/TvOsBaseConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/TvOsBaseConfig.cmake
+  ${PROJECT_BINARY_DIR}/TvOsBaseConfigVersion.cmake
+  DESTINATION ${tvCMakeDir} COMPONENT development)
+
+# tvosbase.pc finds the prefix from where it lies itself.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+  BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig OUTPUT_VARIABLE TV_PC_PREFIX)
+configure_file(cmake/tvosbase.pc.in ${PROJECT_BINARY_DIR}/tvosbase.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/tvosbase.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
