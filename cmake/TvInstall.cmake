@@ -26,3 +26,5 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
 configure_file(cmake/tvosbase.pc.in ${PROJECT_BINARY_DIR}/tvosbase.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tvosbase.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+install(FILES data/codepage.map DESTINATION ${CMAKE_INSTALL_DATADIR}/tvosbase COMPONENT runtime)

@@ -1,0 +1,42 @@
+# Runs a generator into an empty folder and compares with the files in the tree.
+#
+#     cmake -DSCRATCH=... -DFOLDER=... -DPATTERN=... -DBUILD=... -P CheckGenerated.cmake -- program args...
+set(command)
+set(afterDashes FALSE)
+math(EXPR last "${CMAKE_ARGC} - 1")
+foreach(i RANGE ${last})
+  if(afterDashes)
+    list(APPEND command ${CMAKE_ARGV${i}})
+  elseif(CMAKE_ARGV${i} STREQUAL "--")
+    set(afterDashes TRUE)
+  endif()
+endforeach()
+
+file(REMOVE_RECURSE ${SCRATCH})
+file(MAKE_DIRECTORY ${SCRATCH})
+execute_process(COMMAND ${command} ${SCRATCH} RESULT_VARIABLE result)
+if(result EQUAL 77)
+  message("The generator cannot run here")
+  return()
+elseif(NOT result EQUAL 0)
+  message(FATAL_ERROR "The generator failed: ${result}")
+endif()
+
+file(GLOB made RELATIVE ${SCRATCH} ${SCRATCH}/${PATTERN})
+file(GLOB kept RELATIVE ${FOLDER} ${FOLDER}/${PATTERN})
+set(differing)
+foreach(name ${made} ${kept})
+  execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${SCRATCH}/${name} ${FOLDER}/${name}
+    RESULT_VARIABLE result ERROR_QUIET)
+  if(NOT result EQUAL 0)
+    list(APPEND differing ${name})
+  endif()
+endforeach()
+list(REMOVE_DUPLICATES differing)
+if(NOT made)
+  message(FATAL_ERROR "The generator made no file ${PATTERN}")
+elseif(differing)
+  list(JOIN differing " " names)
+  message(FATAL_ERROR "Out of date in ${FOLDER}: ${names}\n"
+    "Renew: cmake --build ${BUILD} --target renew-tables (a file that no generator makes: delete it)")
+endif()
