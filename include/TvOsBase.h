@@ -2,8 +2,13 @@
 #ifndef TV_OSBASE_H
 #define TV_OSBASE_H
 
+#include "TvCharOp.h"
+#include "TvErrorStatus.h"
 #include "TvExport.h"
+#include "TvHooks.h"
 #include "TvLock.h"
+#include "TvMath.h"
 #include "TvPlatformBase.h"
+#include "TvStdStr.h"
 
 #endif
