@@ -398,10 +398,11 @@ void formatFloat(Output& out, const Conversion& conversion, Arguments& arguments
     const char* text = number.text();
     size_t length = number.length();
     size_t prefixLength = *text == '-' || *text == '+' || *text == ' ' ? 1 : 0;
-    if (text[prefixLength] == '0' && (text[prefixLength + 1] | 0x20) == 'x')
+    const bool isHex = text[prefixLength] == '0' && (text[prefixLength + 1] | 0x20) == 'x';
+    if (isHex)
         prefixLength += 2;
-    const bool isFinite = text[prefixLength] >= '0' && text[prefixLength] <= '9';
     const char* body = text + prefixLength;
+    const bool isFinite = isHex || (*body >= '0' && *body <= '9');
     length -= prefixLength;
     putField(out, conversion, text, prefixLength, countCharacters(body, length), conversion.zero && isFinite,
              [&] { putCharacters(out, body, length); });
