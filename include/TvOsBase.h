@@ -10,5 +10,6 @@
 #include "TvMath.h"
 #include "TvPlatformBase.h"
 #include "TvStdStr.h"
+#include "TvStreamBuf.h"
 
 #endif
