@@ -2,9 +2,11 @@
 #ifndef TV_OSBASE_H
 #define TV_OSBASE_H
 
+#include "TvAlloc.h"
 #include "TvCharOp.h"
 #include "TvErrorStatus.h"
 #include "TvExport.h"
+#include "TvHeap.h"
 #include "TvHooks.h"
 #include "TvLock.h"
 #include "TvMath.h"

@@ -1,12 +1,14 @@
 #include "TvLock.h"
 
+#include <new>
+
 TvLock::~TvLock() = default;
 
 TvImpLock_mac::~TvImpLock_mac() = default;
 void TvImpLock_mac::lock() {}
 void TvImpLock_mac::unlock() {}
 
-TvLock* createTvLock() { return new TvImpLock_mac; }
+TvLock* createTvLock() { return new (std::nothrow) TvImpLock_mac; }
 
 TvLocker::TvLocker() : m_lock(createTvLock()) {}
 TvLocker::~TvLocker() { delete m_lock; }

@@ -1,0 +1,248 @@
+#include "TvHeap.h"
+
+#include "runtime/TvHeapCheck.h"
+#include "runtime/TvHeapInternals.h"
+#include "runtime/TvMemoryTools.h"
+#include "runtime/TvStartup.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <new>
+
+#include <malloc.h>
+
+namespace TvHeapInternals {
+
+State g_state;
+
+namespace {
+
+constexpr int kFirstSearch = 16384; // beyond the reservation: the search comes down to it
+
+void createPools(Heap& heap)
+{
+    heap.pools[0] = nullptr;
+    for (int i = 1; i <= kPools; ++i) {
+        const int unitSize = TvPoolConfigurator<34>::s_unitSizeOfPools[i];
+        const int units = unitSize != 0 ? static_cast<int>(Heap::kBlockSize) / unitSize : 0;
+        heap.pools[i] =
+            new (std::nothrow) Pool{{}, static_cast<std::uint64_t>(unitSize), i, units, nullptr, nullptr};
+    }
+    heap.pagePools[0] = nullptr;
+    for (int i = 1; i <= Heap::kPagePools; ++i) {
+        const std::size_t unitSize = TvHeapConfigurator::sGetSizeOfPagePool(static_cast<std::size_t>(i));
+        const int units = static_cast<int>(Heap::kPageSize / unitSize);
+        heap.pagePools[i] = new (std::nothrow) PagePool{{}, unitSize, i, units, nullptr, nullptr};
+    }
+    for (std::size_t i = 0; i < std::size(g_state.poolOfEights); ++i)
+        g_state.poolOfEights[i] = poolFor(heap, i * 8);
+}
+
+template<class Node>
+void dumpAll(Node* head)
+{
+    for (; head != nullptr; head = head->next)
+        head->dump();
+}
+
+// Closes the books: without pools nothing is handed out or taken back any more. Pages
+// and their records stay as they are, because units in use stay usable.
+void closeHeap(Heap& heap)
+{
+    TvHeapDbgDumper::init();
+    std::fill(std::begin(g_state.poolOfEights), std::end(g_state.poolOfEights), nullptr);
+    for (Pool*& pool : heap.pools) {
+        if (pool != nullptr) {
+            dumpAll(pool->availBlocks);
+            dumpAll(pool->fullBlocks);
+        }
+        delete pool;
+        pool = nullptr;
+    }
+    for (PagePool*& pool : heap.pagePools) {
+        delete pool;
+        pool = nullptr;
+    }
+    g_state.closed = true;
+    TvHeapDbgDumper::uninit();
+}
+
+PageHeap& recordOf(Heap& heap, const void* unit) { return heap.pageHeaps[rangeOffset(unit) >> 20]; }
+
+// A pointer that is the C library's as far as this heap can tell. After destruction an
+// address of the range never is.
+bool isForeign(const void* ptr)
+{
+    return !(g_state.closed && g_state.start != nullptr && rangeOffset(ptr) < Heap::kRangeSize);
+}
+
+std::size_t pooledSize(Heap& heap, const void* unit, PageKind kind)
+{
+    if (kind == PageKind::Units)
+        return TvHeapConfigurator::sGetSizeOfPagePool(
+            static_cast<std::size_t>(recordOf(heap, unit).poolIndex));
+    const int index = blockOf(unit)->poolIndex;
+    return index >= 0 && index <= kPools
+               ? static_cast<std::size_t>(TvPoolConfigurator<34>::s_unitSizeOfPools[index])
+               : 0;
+}
+
+void freePooled(Heap& heap, void* ptr, PageKind kind)
+{
+    if (kind == PageKind::Blocks) {
+        Block& block = *blockOf(ptr);
+        Pool* const pool =
+            block.poolIndex >= 0 && block.poolIndex <= kPools ? heap.pools[block.poolIndex] : nullptr;
+        if (pool == nullptr)
+            return;
+        TvMemoryTools::unitGiven(ptr, pool->unitSize);
+        giveUnit(heap, *pool, block, ptr);
+    } else {
+        PageHeap& record = recordOf(heap, ptr);
+        PagePool* const pool = heap.pagePools[record.poolIndex];
+        if (pool == nullptr)
+            return;
+        TvMemoryTools::unitGiven(ptr, pool->unitSize);
+        givePageUnit(heap, *pool, record, ptr);
+    }
+    TV_HEAP_CHECK_AFTER_CHANGE(heap, ptr);
+}
+
+// Unmaps the range after the library's last destructor.
+struct RangeRelease {
+    ~RangeRelease() { releaseRange(); }
+};
+RangeRelease g_rangeRelease __attribute__((init_priority(TvStartup::kHeapRange)));
+
+} // namespace
+
+void releaseRange()
+{
+    if (g_state.start == nullptr)
+        return;
+    for (int id = 0; id < kReservedPages; ++id)
+        if (g_state.kinds[id] != PageKind::None)
+            TvMemoryTools::open(g_state.start + (static_cast<std::size_t>(id) << 20), Heap::kPageSize);
+    std::fill(std::begin(g_state.kinds), std::end(g_state.kinds), PageKind::None);
+    TvMemoryTools::rangeReleased(g_state.start, Heap::kRangeSize);
+    TvHeapConfigurator::tvMemoryRelease(g_state.start, Heap::kRangeSize);
+}
+
+} // namespace TvHeapInternals
+
+using namespace TvHeapInternals;
+
+template<int N, class P, class C, class D>
+TvHeap<N, P, C, D>::TvHeap() : m_freeBlockPages(nullptr), m_decommittedPages(nullptr)
+{
+    m_searchHint = kPageIds - 1;
+    m_freeDisabled = false;
+    C::sInitPageFlags(m_pageFlags);
+    C::pStartAddress = C::tvMemoryInitialize(kRangeSize);
+    C::mOffSetId = C::sGetPageId(C::pStartAddress);
+    g_state.start = static_cast<char*>(C::pStartAddress);
+    if (g_state.start != nullptr)
+        TvMemoryTools::rangeReserved(g_state.start, kRangeSize);
+    m_searchHint = kFirstSearch;
+    createPools(*this);
+}
+
+template<int N, class P, class C, class D>
+TvHeap<N, P, C, D>::~TvHeap()
+{
+    closeHeap(*this);
+}
+
+template<int N, class P, class C, class D>
+void* TvHeap<N, P, C, D>::allocHeap(std::size_t size)
+{
+    const std::size_t wanted = size == 0 ? 1 : size;
+    Pool* const pool = poolFor(*this, wanted);
+    void* const unit = pool != nullptr ? takeUnit(*this, *pool) : nullptr;
+    if (unit == nullptr)
+        return std::malloc(wanted);
+    TvMemoryTools::unitTaken(unit, wanted);
+    TV_HEAP_CHECK_AFTER_CHANGE(*this, unit);
+    return unit;
+}
+
+template<int N, class P, class C, class D>
+void* TvHeap<N, P, C, D>::reallocHeap(void* ptr, std::size_t size)
+{
+    const PageKind kind = kindOf(ptr);
+    if (kind == PageKind::None || g_state.closed)
+        return isForeign(ptr) ? std::realloc(ptr, size) : nullptr;
+    const std::size_t oldSize = pooledSize(*this, ptr, kind);
+    void* const moved = allocHeap(size);
+    if (moved == nullptr)
+        return nullptr;
+    TvMemoryTools::unitWhole(ptr, oldSize);
+    std::memcpy(moved, ptr, std::min(oldSize, size));
+    freePooled(*this, ptr, kind); // m_freeDisabled does not hold here, by intent
+    return moved;
+}
+
+template<int N, class P, class C, class D>
+void TvHeap<N, P, C, D>::freeHeap(void* ptr)
+{
+    const PageKind kind = kindOf(ptr);
+    if (kind == PageKind::None) {
+        if (isForeign(ptr))
+            std::free(ptr);
+    } else if (!m_freeDisabled && !g_state.closed) {
+        freePooled(*this, ptr, kind);
+    }
+}
+
+template<int N, class P, class C, class D>
+std::size_t TvHeap<N, P, C, D>::sizeOfHeap(const void* ptr)
+{
+    const PageKind kind = kindOf(ptr);
+    if (kind == PageKind::None)
+        return isForeign(ptr) ? malloc_usable_size(const_cast<void*>(ptr)) : 0;
+    const std::size_t size = pooledSize(*this, ptr, kind);
+    TvMemoryTools::unitWhole(ptr, size);
+    return size;
+}
+
+template<int N, class P, class C, class D>
+void* TvHeap<N, P, C, D>::allocHeapPage(std::size_t size)
+{
+    const std::size_t wanted = size == 0 ? 1 : size;
+    const std::size_t index = C::sGetPagePoolIndex(wanted);
+    PagePool* const pool = index <= kPagePools ? pagePools[index] : nullptr;
+    void* const unit = pool != nullptr ? takePageUnit(*this, *pool) : nullptr;
+    if (unit == nullptr)
+        return std::malloc(wanted);
+    TvMemoryTools::unitTaken(unit, wanted);
+    TV_HEAP_CHECK_AFTER_CHANGE(*this, unit);
+    return unit;
+}
+
+template<int N, class P, class C, class D>
+void TvHeap<N, P, C, D>::freeHeapPage(void* ptr)
+{
+    freeHeap(ptr); // the page's kind tells what the pointer is
+}
+
+template<int N, class P, class C, class D>
+bool TvHeap<N, P, C, D>::isResident(const void* ptr) const
+{
+    if (C::sIsOutofHeapRange(ptr) || rangeOffset(ptr) >= kRangeSize)
+        return false;
+    return (m_pageFlags[rangeOffset(ptr) >> 20] & kPageInUse) != 0;
+}
+
+// The operations alone: instantiating the whole class would export its constants too.
+template void* Heap::allocHeap(std::size_t);
+template void* Heap::reallocHeap(void*, std::size_t);
+template void Heap::freeHeap(void*);
+template std::size_t Heap::sizeOfHeap(const void*);
+template void* Heap::allocHeapPage(std::size_t);
+template void Heap::freeHeapPage(void*);
+template bool Heap::isResident(const void*) const;
+
+TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper> g_tvGlobalHeap
+    __attribute__((init_priority(TvStartup::kGlobalHeap)));

@@ -1,0 +1,29 @@
+// TvStartup.h - in which order the library's static objects are built.
+//
+// Every static object with a constructor or destructor takes its step from here:
+//
+//     Registry g_registry __attribute__((init_priority(TvStartup::kCodePageRegistry)));
+//
+// so that neither link order nor link-time optimisation changes the order. Destruction
+// runs the other way round. The heap is built last: what a step before it allocates
+// comes from malloc, and every free path accepts that.
+#ifndef TV_STARTUP_H
+#define TV_STARTUP_H
+
+namespace TvStartup {
+
+constexpr int kHeapRange = 201; // unmaps the heap's range after the last destructor
+constexpr int kUnitSettings = 210;
+constexpr int kUserDefinedTable = 220; // OrCodePage
+constexpr int kCharCategories = 230;
+constexpr int kCodePageRegistry = 240; // the registry, the map file's name, the big fonts
+constexpr int kEmptyString = 250;
+constexpr int kBigNumbers = 260;
+constexpr int kEmptyBuffer = 270;
+constexpr int kEmptyVector = 280;
+constexpr int kOpenFiles = 290;
+constexpr int kGlobalHeap = 300;
+
+} // namespace TvStartup
+
+#endif
