@@ -13,5 +13,7 @@
 #include "TvPlatformBase.h"
 #include "TvStdStr.h"
 #include "TvStreamBuf.h"
+#include "TvVector.h"
+#include "TvVectorData.h"
 
 #endif

@@ -1,0 +1,291 @@
+// TvVector.h - the growable array of the library.
+//
+// For results that are handed about by value: a copy costs one count. Where elements are
+// only collected and used in one place, std::vector does the same.
+#ifndef TV_VECTOR_H
+#define TV_VECTOR_H
+
+#include "TvVectorData.h"
+
+#include <cstdlib>
+
+namespace TvDetail {
+
+// Looks for what can never be in the record of a vector.
+struct VectorCheck {
+    template<class Vector>
+    static const char* faultOf(const Vector& vector)
+    {
+        const auto* const data = vector.m_data.get();
+        const bool isEmptyRecord = data == Vector::rawEmptyData();
+        if (gpEmptyVectorData != &gEmptyVectorData || gEmptyVectorData.growStep != 8 ||
+            gEmptyVectorData.array != ~std::uintptr_t(0) || gEmptyVectorData.logicalCnt != 0 ||
+            gEmptyVectorData.physicalCnt != 0)
+            return "the empty record has changed";
+        if (data->refCount < (isEmptyRecord ? 2 : 1))
+            return "fewer holders than there are";
+        if (data->logicalCnt < 0 || data->logicalCnt > data->physicalCnt)
+            return "more elements in use than allocated";
+        if (data->physicalCnt > data->m_room || data->m_room - data->physicalCnt > data->physicalCnt / 2)
+            return "hidden room out of its bounds";
+        if (!data->array)
+            return "no array";
+        return nullptr;
+    }
+
+    template<class Vector>
+    static int roomOf(const Vector& vector)
+    {
+        return vector.m_data->m_room;
+    }
+
+    template<class Vector>
+    static void demand(const Vector& vector)
+    {
+        if (faultOf(vector))
+            std::abort();
+    }
+};
+
+} // namespace TvDetail
+
+/// A growable array; copies share their elements until one of them is written to.
+///
+/// What surprises:
+///  - reserve() below the present capacity gives memory back and may cut elements off;
+///  - begin(), end(), asArrayPtr() and last() do not unshare: who writes through them calls
+///    copyBeforeWrite(0) first;
+///  - setLogicalLength() does not give new elements a value;
+///  - asArrayPtr() of an empty vector is no address;
+///  - capacity grows by 8 elements at a time, which is what physicalLength() reports.
+///
+/// Errors: a bad index is reported as status 24, last() without elements as status 2, and
+/// the address that the formula gives is returned all the same; memory that runs out is
+/// reported as status 6 and the vector keeps what it had. Only a TvErrorStatus* thrown by a
+/// crash recorder, or what an element throws when it is copied, leaves a vector. Memory: a
+/// record from _tvMalloc, elements from `Allocator`; vectors without elements share one
+/// static record. Threads: plain counts, and all empty vectors share one: keep vectors on
+/// one thread.
+///
+///     TvVector<wchar_t> text;
+///     for (wchar_t c : {L'a', L'b', L'\0'})
+///         text.append(c);
+///     TvVector<wchar_t> copy = text;          // shares
+///     copy.at(0) = L'A';                      // now it has its own; text is "ab" still
+template<class T, class Allocator = TvDefaultMemAllocator<T>, class LengthT = int,
+         class GrowPolicy = TvVectorDefaultGrowPolicy>
+class TvVector {
+    static_assert(std::is_same<LengthT, int>::value, "lengths are 32-bit integers");
+    static_assert(sizeof(GrowPolicy) == sizeof(unsigned int), "a grow policy is its step");
+
+public:
+    using Data = TvVectorData<T, Allocator, LengthT, GrowPolicy>;
+    using DataPtr = TvVectorDataPtr<T, Allocator, LengthT, GrowPolicy>;
+
+    TvVector() : m_data(rawEmptyData()) {}
+
+    LengthT length() const { return m_data->logicalCnt; }
+    LengthT logicalLength() const { return m_data->logicalCnt; }
+    LengthT physicalLength() const { return m_data->physicalCnt; }
+    /// The step of the grow policy.
+    LengthT growLength() const { return static_cast<LengthT>(static_cast<unsigned int>(m_data->growPolicy)); }
+    bool isEmpty() const { return m_data->logicalCnt == 0; }
+    bool isValidIndex(LengthT i) const { return i >= 0 && i < m_data->logicalCnt; }
+
+    const T* asArrayPtr() const { return m_data->array; }
+    T* asArrayPtr() { return m_data->array; }
+    const T* begin() const { return m_data->array; }
+    T* begin() { return m_data->array; }
+    const T* end() const { return endOfElements(); }
+    T* end() { return endOfElements(); }
+
+    /// Does nothing when there is no memory. `value` may be an element of this vector.
+    void append(const T& value)
+    {
+        Data* const data = m_data.get();
+        if (__builtin_expect(data->refCount == 1 && data->logicalCnt < data->physicalCnt, 1)) {
+            Elements::begin(data->array + data->logicalCnt, 1);
+            data->array[data->logicalCnt] = value;
+            ++data->logicalCnt;
+            check();
+        } else {
+            appendToFullOrShared(value);
+        }
+    }
+
+    /// The new last element, without a value; a spare one that belongs to no vector when
+    /// there is no memory.
+    T& appendInternal() { return addElement() ? last() : spareElement(); }
+
+    void resize(unsigned int n) { setLogicalLength(static_cast<LengthT>(n)); }
+    void reserve(unsigned int n) { setPhysicalLength(static_cast<LengthT>(n)); }
+    /// The capacity stays.
+    void removeAll() { setLogicalLength(0); }
+
+    /// New elements have no value (but for those with a constructor). A negative length
+    /// stands for one that is too large: status 6, no change.
+    void setLogicalLength(LengthT n)
+    {
+        if (n == m_data->logicalCnt)
+            return;
+        if (n < 0) {
+            TvDetail::reportStatus(Orna::eOutOfMemory);
+            return;
+        }
+        if (n > m_data->physicalCnt) {
+            if (!growFor(n))
+                return;
+        } else {
+            const LengthT kept = n < m_data->logicalCnt ? n : m_data->logicalCnt;
+            copyBeforeWrite(static_cast<unsigned int>(kept));
+            if (m_data->refCount != 1)
+                return;
+        }
+        Data* const data = m_data.get();
+        const LengthT old = data->logicalCnt;
+        Elements::begin(data->array + old, n - old);
+        if (old > n)
+            Elements::end(data->array + n, old - n);
+        data->logicalCnt = n;
+        check();
+    }
+
+    /// Exactly `n` elements of room; elements that do not fit are dropped. 0 and negative
+    /// lengths make the vector share the empty record.
+    void setPhysicalLength(LengthT n)
+    {
+        Data* const data = m_data.get();
+        if (n == data->physicalCnt)
+            return;
+        if (n <= 0)
+            m_data.assign(rawEmptyData());
+        else if (data->physicalCnt == 0 || n < data->physicalCnt || data->refCount != 1 ||
+                 !data->growInPlace(n))
+            takeNewRecord(n);
+        check();
+    }
+
+    /// Unshares. When memory runs out (status 6) the elements are still shared.
+    T& at(LengthT i)
+    {
+        const bool valid = isValidIndex(i);
+        if (!valid)
+            TvDetail::reportStatus(Orna::eInvalidIndex);
+        copyBeforeWrite(0);
+        return valid ? m_data->array[i] : elementBeyond(i);
+    }
+
+    T& last()
+    {
+        if (!isEmpty())
+            return m_data->array[m_data->logicalCnt - 1];
+        return TvDetail::admitErrorStatusOnly([this]() -> T& {
+            TvDetail::reportStatus(Orna::eInvalidInput);
+            return elementBeyond(-1);
+        });
+    }
+
+    /// Gives a vector that shares its elements its own copy of the first `n`, or of all
+    /// when `n` is 0. Does nothing to one that does not share.
+    void copyBeforeWrite(unsigned int n)
+    {
+        if (m_data->refCount > 1)
+            unshare(n);
+    }
+
+    static Data* rawEmptyData() { return static_cast<Data*>(static_cast<Record*>(&gEmptyVectorData)); }
+    static DataPtr emptyData() { return DataPtr(rawEmptyData()); }
+
+private:
+    using Record = TvDetail::VectorRecord;
+    using Elements = TvDetail::VectorElements<T, Allocator>;
+    friend struct TvDetail::VectorCheck;
+
+    T* endOfElements() const { return m_data->array + m_data->logicalCnt; }
+
+    // The element at an index outside the array, which may itself be no address: the
+    // reference is formed and never followed here.
+    __attribute__((no_sanitize("undefined"))) T& elementBeyond(LengthT i)
+    {
+        const auto start = reinterpret_cast<std::uintptr_t>(m_data->array);
+        const auto offset = static_cast<std::intptr_t>(i) * static_cast<std::intptr_t>(sizeof(T));
+        return *reinterpret_cast<T*>(start + static_cast<std::uintptr_t>(offset));
+    }
+
+    static T& spareElement()
+    {
+        static T spare;
+        return spare;
+    }
+
+    // One more element, without a value.
+    bool addElement()
+    {
+        const LengthT old = m_data->logicalCnt;
+        setLogicalLength(static_cast<LengthT>(static_cast<unsigned int>(old) + 1u));
+        return m_data->logicalCnt != old;
+    }
+
+    [[gnu::noinline]] void appendToFullOrShared(const T& value)
+    {
+        const T copy(value); // an element of this vector may move
+        if (addElement())
+            m_data->array[m_data->logicalCnt - 1] = copy;
+    }
+
+    // Room for `n` elements, more than there is, in storage of one's own.
+    bool growFor(LengthT n)
+    {
+        Data* const data = m_data.get();
+        const unsigned int physical = data->growPolicy.growCount(static_cast<unsigned int>(data->logicalCnt),
+                                                                 static_cast<unsigned int>(data->physicalCnt),
+                                                                 static_cast<unsigned int>(n));
+        if (physical > static_cast<unsigned int>(INT_MAX)) {
+            TvDetail::reportStatus(Orna::eOutOfMemory);
+            return false;
+        }
+        const auto grown = static_cast<LengthT>(physical);
+        setPhysicalLength(grown > n ? grown : n);
+        return m_data->physicalCnt >= n;
+    }
+
+    static Data* newData(LengthT physical, LengthT growCount)
+    {
+        return physical > 0 ? new Data(physical, growCount) : rawEmptyData();
+    }
+
+    [[gnu::noinline]] void takeNewRecord(LengthT physical)
+    {
+        Data* const fresh = newData(physical, growLength());
+        const DataPtr keepOnThrow(fresh);
+        if (!fresh || !fresh->array)
+            return;
+        const LengthT used = m_data->logicalCnt;
+        fresh->take(m_data->array, used < physical ? used : physical);
+        m_data.assign(fresh);
+    }
+
+    [[gnu::noinline]] void unshare(unsigned int n)
+    {
+        const auto used = static_cast<unsigned int>(m_data->logicalCnt);
+        if (Data* const own = m_data->clone(n != 0 ? n : used))
+            m_data.assign(own);
+        check();
+    }
+
+    void check() const
+    {
+#ifdef TV_CHECK_STRUCTURES
+        TvDetail::VectorCheck::demand(*this);
+#endif
+    }
+
+    DataPtr m_data;
+};
+
+extern template class TV_OSBASE_API TvVector<char>;
+extern template class TV_OSBASE_API TvVector<wchar_t>;
+extern template class TV_OSBASE_API
+    TvVector<unsigned char, TvDelegateMemAllocator<unsigned char>, int, TvVectorFlatMemBufGrowPolicy>;
+
+#endif
