@@ -6,6 +6,7 @@
 #include "TvCharOp.h"
 #include "TvErrorStatus.h"
 #include "TvExport.h"
+#include "TvFormat.h"
 #include "TvGdImpl.h"
 #include "TvHeap.h"
 #include "TvHooks.h"
@@ -15,6 +16,7 @@
 #include "TvPlatformBase.h"
 #include "TvStdStr.h"
 #include "TvStreamBuf.h"
+#include "TvUnits.h"
 #include "TvVector.h"
 #include "TvVectorData.h"
 
