@@ -14,6 +14,7 @@
 #include "TvMath.h"
 #include "TvNumber.h"
 #include "TvPlatformBase.h"
+#include "TvScan.h"
 #include "TvStdStr.h"
 #include "TvStreamBuf.h"
 #include "TvUnits.h"

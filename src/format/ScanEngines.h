@@ -1,0 +1,17 @@
+// ScanEngines.h - the two engines behind InputWithFormat().
+#ifndef TV_FORMAT_SCAN_ENGINES_H
+#define TV_FORMAT_SCAN_ENGINES_H
+
+#include <cstdarg>
+
+namespace TvFormatDetail {
+
+/// Character by character through a ScanfSourceBuf; serves both kinds of source.
+int scanSourceBuf(bool kind, const wchar_t* text, const wchar_t* format, va_list* args);
+
+/// A wide string by pointer; the same results.
+int scanWideText(const wchar_t* text, const wchar_t* format, va_list* args);
+
+} // namespace TvFormatDetail
+
+#endif
