@@ -14,7 +14,7 @@ mv "$work/first" "$work/moved"
 prefix=$work/moved
 
 echo "CMake package"
-cmake -S "$here/consumer" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$prefix" \
+cmake -G Ninja -S "$here/consumer" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$prefix" \
     -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$sanitize" >/dev/null
 cmake --build "$work/cmake" >/dev/null
 "$work/cmake/consumer"
