@@ -3,7 +3,9 @@
 #define TV_OSBASE_H
 
 #include "TvAlloc.h"
+#include "TvCharConverter.h"
 #include "TvCharOp.h"
+#include "TvCodePages.h"
 #include "TvErrorStatus.h"
 #include "TvExport.h"
 #include "TvFormat.h"

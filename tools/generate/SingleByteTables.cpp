@@ -124,7 +124,7 @@ std::string describe(const TableSource& source, const std::map<int, int>& deviat
     std::string text = "// " + std::string(source.name) + "; 0 = no character.";
     if (deviations.empty())
         return text + "\n";
-    text += " Unlike the published table at";
+    text += " Unlike the converter at";
     for (const auto& [byte, unit] : deviations) {
         char hex[8];
         std::snprintf(hex, sizeof hex, " %02X", static_cast<unsigned>(byte));

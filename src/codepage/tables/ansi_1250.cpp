@@ -2,7 +2,7 @@
 // Renew: cmake --build build/dev --target renew-tables     Check: ctest -L generated
 #include "codepage/tables/SingleByteTables.h"
 
-// ansi_1250; 0 = no character. Unlike the published table at 80 AC:
+// ansi_1250; 0 = no character. Unlike the converter at 80 AC:
 // see data/codepage-deviations.txt, which gives each difference a reason.
 const unsigned short g_ansi1250Table[128] = {
     /* 80 */ 0x0000, 0x0000, 0x201A, 0x0000, 0x201E, 0x2026, 0x2020, 0x2021,

@@ -2,7 +2,7 @@
 // Renew: cmake --build build/dev --target renew-tables     Check: ctest -L generated
 #include "codepage/tables/SingleByteTables.h"
 
-// ansi_1251; 0 = no character. Unlike the published table at 88:
+// ansi_1251; 0 = no character. Unlike the converter at 88:
 // see data/codepage-deviations.txt, which gives each difference a reason.
 const unsigned short g_ansi1251Table[128] = {
     /* 80 */ 0x0402, 0x0403, 0x201A, 0x0453, 0x201E, 0x2026, 0x2020, 0x2021,

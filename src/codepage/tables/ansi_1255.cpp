@@ -2,7 +2,7 @@
 // Renew: cmake --build build/dev --target renew-tables     Check: ctest -L generated
 #include "codepage/tables/SingleByteTables.h"
 
-// ansi_1255; 0 = no character. Unlike the published table at 80 A1 AA B8 BA BF CA D7 D8:
+// ansi_1255; 0 = no character. Unlike the converter at 80 A1 AA B8 BA BF CA D7 D8:
 // see data/codepage-deviations.txt, which gives each difference a reason.
 const unsigned short g_ansi1255Table[128] = {
     /* 80 */ 0x0000, 0x0000, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,

@@ -2,7 +2,7 @@
 // Renew: cmake --build build/dev --target renew-tables     Check: ctest -L generated
 #include "codepage/tables/SingleByteTables.h"
 
-// iso8859_7; 0 = no character. Unlike the published table at A1 A2 A4 A5 AA:
+// iso8859_7; 0 = no character. Unlike the converter at A1 A2 A4 A5 AA:
 // see data/codepage-deviations.txt, which gives each difference a reason.
 const unsigned short g_iso8859_7Table[128] = {
     /* 80 */ 0x0080, 0x0081, 0x0082, 0x0083, 0x0084, 0x0085, 0x0086, 0x0087,

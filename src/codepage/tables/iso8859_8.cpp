@@ -2,7 +2,7 @@
 // Renew: cmake --build build/dev --target renew-tables     Check: ctest -L generated
 #include "codepage/tables/SingleByteTables.h"
 
-// iso8859_8; 0 = no character. Unlike the published table at AF FD FE:
+// iso8859_8; 0 = no character. Unlike the converter at AF FD FE:
 // see data/codepage-deviations.txt, which gives each difference a reason.
 const unsigned short g_iso8859_8Table[128] = {
     /* 80 */ 0x0080, 0x0081, 0x0082, 0x0083, 0x0084, 0x0085, 0x0086, 0x0087,

@@ -2,7 +2,7 @@
 // Renew: cmake --build build/dev --target renew-tables     Check: ctest -L generated
 #include "codepage/tables/SingleByteTables.h"
 
-// mac_roman; 0 = no character. Unlike the published table at BD C6 DB F0:
+// mac_roman; 0 = no character. Unlike the converter at BD C6 DB F0:
 // see data/codepage-deviations.txt, which gives each difference a reason.
 const unsigned short g_macRomanTable[128] = {
     /* 80 */ 0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1,
