@@ -4,6 +4,7 @@
 
 #include "TvAlloc.h"
 #include "TvCharConverter.h"
+#include "TvCharMapper.h"
 #include "TvCharOp.h"
 #include "TvCodePages.h"
 #include "TvErrorStatus.h"

@@ -1,7 +1,184 @@
+// CodepageIndex.cpp - making the index of a mapper.
 #include "codepage/CodepageIndex.h"
+
+#include "codepage/CodepageSearch.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <new>
 
 namespace TvDetail {
 
-void deleteCodepageIndex(CodepageIndex* index) noexcept { delete index; }
+namespace {
+
+constexpr std::size_t kUnits = 65536;
+
+// All zero; null without memory. One element more than the table has, for wide loads.
+template<class T>
+T* newTable()
+{
+    return new (std::nothrow) T[kUnits + sizeof(int) / sizeof(T)]();
+}
+
+// What a conversion emits for a byte: its character, or the byte itself.
+unsigned emittedByte(const CodepageView& view, unsigned b)
+{
+    const int wc = view.decode(b);
+    return wc == 0 || wc == '?' ? b : static_cast<unsigned>(wc);
+}
+
+void fillBytes(CodepageTables& tables, const CodepageView& view)
+{
+    for (unsigned i = 0; i < 128; ++i) {
+        const unsigned wc = emittedByte(view, 0x80 + i);
+        tables.byteLow[i] = static_cast<unsigned char>(wc);
+        tables.byteHigh[i] = static_cast<unsigned char>(wc >> 8);
+    }
+}
+
+void fillDecode(unsigned short* decode, const CodepageView& view)
+{
+    for (unsigned b = 0; b < 0x100; ++b)
+        decode[b] = static_cast<unsigned short>(b < 0x80 ? b : emittedByte(view, b));
+    for (int i = 0; i < view.pairCount; ++i) {
+        const unsigned code = view.pairs[i].code;
+        // Searched and not taken as it stands: only the search knows which pair counts when
+        // somebody has put them out of order.
+        const int wc = code > 0xFF ? view.decode(code) : -1;
+        if (wc > 0 && wc != '?')
+            decode[code] = static_cast<unsigned short>(wc);
+    }
+}
+
+// False when some character's first code is 0, which reads as none.
+template<class T>
+bool fillEncode(T* encode, const CodepageView& view)
+{
+    for (unsigned c = 1; c < 0x80; ++c)
+        encode[c] = static_cast<T>(c);
+    for (unsigned i = 0; i < 128; ++i) {
+        const unsigned wc = view.bytes[i];
+        if (wc >= 0x80 && encode[wc] == 0)
+            encode[wc] = static_cast<T>(0x80 + i);
+    }
+    bool complete = true;
+    for (int i = 0; i < view.pairCount; ++i) {
+        const unsigned wc = view.pairs[i].unicode;
+        if (wc < 0x80 || encode[wc] != 0)
+            continue;
+        encode[wc] = static_cast<T>(view.pairs[i].code);
+        complete = complete && view.pairs[i].code != 0;
+    }
+    return complete;
+}
+
+// The two stretches of 128 characters with the most characters of the code page.
+void fillWindows(CodepageTables& tables)
+{
+    unsigned best[2] = {1, 2};
+    int most[2] = {0, 0};
+    for (unsigned stretch = 1; stretch < kUnits / 128; ++stretch) {
+        const unsigned char* codes = tables.encodeByte + stretch * 128;
+        const auto count = static_cast<int>(128 - std::count(codes, codes + 128, 0));
+        if (count > most[0]) {
+            best[1] = best[0];
+            most[1] = most[0];
+            best[0] = stretch;
+            most[0] = count;
+        } else if (count > most[1]) {
+            best[1] = stretch;
+            most[1] = count;
+        }
+    }
+    for (int w = 0; w < 2; ++w) {
+        tables.windowBase[w] = best[w] * 128;
+        std::copy_n(tables.encodeByte + tables.windowBase[w], 128, tables.windowCode[w]);
+    }
+}
+
+bool isCurrent(const CodepageIndex& index, const CodepageView& view, bool leadBytes)
+{
+    return index.madeFromBytes == view.bytes && index.madeFromPairs == view.pairs &&
+           index.madeFromPairCount == view.pairCount && index.madeForLeadBytes == leadBytes;
+}
+
+struct DeleteIndex {
+    void operator()(CodepageIndex* index) const { deleteCodepageIndex(index); }
+};
+
+CodepageIndex* makeIndex(const CodepageView& view, bool leadBytes)
+{
+    std::unique_ptr<CodepageIndex, DeleteIndex> index(new (std::nothrow) CodepageIndex{});
+    if (!index)
+        return nullptr;
+    CodepageTables& tables = index->tables;
+    index->madeFromBytes = view.bytes;
+    index->madeFromPairs = view.pairs;
+    index->madeFromPairCount = view.pairCount;
+    index->madeForLeadBytes = leadBytes;
+    fillBytes(tables, view);
+    if (leadBytes) {
+        tables.decode = newTable<unsigned short>();
+        if (!tables.decode)
+            return nullptr;
+        fillDecode(tables.decode, view);
+    }
+    if (view.pairCount > 0) {
+        tables.encodePair = newTable<unsigned short>();
+        if (!tables.encodePair)
+            return nullptr;
+        index->searchWhenNone = !fillEncode(tables.encodePair, view);
+    } else {
+        tables.encodeByte = newTable<unsigned char>();
+        if (!tables.encodeByte)
+            return nullptr;
+        fillEncode(tables.encodeByte, view);
+        fillWindows(tables);
+    }
+    return index.release();
+}
+
+} // namespace
+
+int CodepageIndex::decode(unsigned code, const CodepageView& view) const noexcept
+{
+    // 0 may stand for a character that a text conversion does not emit: the search knows.
+    const bool known = code > 0xFF && code <= 0xFFFF && tables.decode && tables.decode[code] != 0;
+    return known ? tables.decode[code] : view.decode(code);
+}
+
+int CodepageIndex::encode(unsigned wc, const CodepageView& view) const noexcept
+{
+    if (wc > 0xFFFF)
+        return -1;
+    const int code = tables.encodePair ? tables.encodePair[wc] : tables.encodeByte[wc];
+    if (code != 0)
+        return code;
+    return searchWhenNone ? view.encode(wc) : -1;
+}
+
+const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper) noexcept
+{
+    const CodepageView view = CodepageView::of(&mapper);
+    const bool leadBytes = mapper.m_leadBytes.length() > 0;
+    if (mapper.m_index && !isCurrent(*mapper.m_index, view, leadBytes)) {
+        deleteCodepageIndex(mapper.m_index);
+        mapper.m_index = nullptr;
+    }
+    if (!mapper.m_index)
+        mapper.m_index = makeIndex(view, leadBytes);
+    return mapper.m_index;
+}
+
+void deleteCodepageIndex(CodepageIndex* index) noexcept
+{
+    if (!index)
+        return;
+    delete[] index->tables.decode;
+    delete[] index->tables.encodeByte;
+    delete[] index->tables.encodePair;
+    delete index;
+}
 
 } // namespace TvDetail

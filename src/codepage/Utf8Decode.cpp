@@ -1,0 +1,33 @@
+// Utf8Decode.cpp - UTF-8 to wide text in vectors.
+#include "TvCharMapper.h"
+
+#include "codepage/ResultVector.h"
+#include "codepage/TextKernels.h"
+#include "codepage/Utf8Text.h"
+
+#include <cstring>
+
+namespace TvDetail {
+
+void utf8Decode(const char* src, std::size_t count, TvVector<wchar_t>& out)
+{
+    ResultVector<wchar_t> result(out);
+    const std::size_t room = count + 1 + kKernelSlack;
+    if (!result.makeRoom(room, room))
+        return;
+    result.advance(
+        textKernels().utf8Decode(reinterpret_cast<const unsigned char*>(src), count, result.end()));
+    result.finish();
+}
+
+} // namespace TvDetail
+
+void TvCharMapper::utf8ToUnicode(const char* src, int len, TvVector<wchar_t>& out)
+{
+    if (len < 0)
+        return TvDetail::ResultVector<wchar_t>(out).clear();
+    std::size_t count = 0;
+    if (src) // a byte at src[len] belongs to the text unless it is 0: that is meant
+        count = len == 0 ? std::strlen(src) : static_cast<std::size_t>(len) + 1;
+    TvDetail::utf8Decode(src, count, out);
+}

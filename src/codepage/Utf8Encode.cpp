@@ -1,0 +1,31 @@
+// Utf8Encode.cpp - wide text to UTF-8 in vectors.
+#include "TvCharMapper.h"
+
+#include "codepage/ResultVector.h"
+#include "codepage/TextKernels.h"
+#include "codepage/Utf8.h"
+#include "codepage/Utf8Text.h"
+
+namespace TvDetail {
+
+void utf8Encode(const wchar_t* src, std::size_t count, TvVector<char>& out)
+{
+    ResultVector<char> result(out);
+    std::size_t room = 3 * count + 1 + kKernelSlack;
+    if (room > INT_MAX) // too long for the usual guess: measure
+        room = utf8EncodedSize(src, count) + 1 + kKernelSlack;
+    if (!result.makeRoom(room, room))
+        return;
+    result.advance(textKernels().utf8Encode(src, count, result.end()));
+    result.finish();
+}
+
+} // namespace TvDetail
+
+void TvCharMapper::unicodeToUtf8(const wchar_t* src, int len, TvVector<char>& out)
+{
+    if (!src || len <= 0) // not even a terminator: that is meant
+        return TvDetail::ResultVector<char>(out).clear();
+    // An element at src[len] belongs to the text unless it is 0: that is meant.
+    TvDetail::utf8Encode(src, static_cast<std::size_t>(len) + 1, out);
+}
