@@ -90,6 +90,8 @@ public:
     /// The step of the grow policy.
     LengthT growLength() const { return static_cast<LengthT>(static_cast<unsigned int>(m_data->growPolicy)); }
     bool isEmpty() const { return m_data->logicalCnt == 0; }
+    /// True when another vector holds the same elements, as all empty vectors do.
+    bool isShared() const { return m_data->refCount > 1; }
     bool isValidIndex(LengthT i) const { return i >= 0 && i < m_data->logicalCnt; }
 
     const T* asArrayPtr() const { return m_data->array; }

@@ -1,0 +1,158 @@
+// TvMemStreamBuf.h - byte streams over memory.
+//
+// For bytes that are built or parsed in memory take TvFlatMemBuf. For bytes in
+// a file take a factory of TvFileStreamBuf.h; either way the user sees a
+// TvStreamBuf.
+#ifndef TV_MEM_STREAM_BUF_H
+#define TV_MEM_STREAM_BUF_H
+
+#include "TvExport.h"
+#include "TvStreamBuf.h"
+#include "TvVector.h"
+
+#include <cstdint>
+
+/// What memory streams add to TvStreamBuf: capacity, length, and a cursor
+/// placed directly.
+///
+/// A stream of its own kind supplies tell(), length(), the two transfers at the
+/// cursor and moveTo(); the other additions do nothing here.
+///
+/// **Errors**: as the stream built on it. **Memory**: none. **Threads**: one
+/// stream, one thread.
+class TV_OSBASE_API TvMemStreamBuf : public TvStreamBuf {
+public:
+    using TvStreamBuf::seek;
+
+    TvMemStreamBuf() = default;
+    TvMemStreamBuf(const TvMemStreamBuf&) = default;
+    TvMemStreamBuf& operator=(const TvMemStreamBuf&) = default;
+    ~TvMemStreamBuf() override;
+
+    unsigned char* buffer() override;
+    const unsigned char* buffer() const override;
+
+    /// Moves by moveTo() and returns tell(), so a move that was refused returns
+    /// the old position. An unknown type moves nothing. The sums wrap at 64 bits.
+    std::int64_t seek(std::uint64_t offset, TvIO::SeekType type) override;
+
+    /// Bytes that fit without growing; length() here.
+    virtual std::uint32_t bufSize() const;
+    virtual void resize(std::uint32_t length);
+    virtual void reserve(std::uint32_t capacity);
+    virtual void moveTo(std::uint64_t position);
+};
+
+/// A seekable stream whose bytes lie in one array that grows when written to.
+///
+/// Rules that surprise those who come from files:
+///  - A write at the cursor ends the stream there: the old tail is gone.
+///  setByte() and
+///    setBytes() change bytes and keep the tail, and refuse to write past the
+///    end.
+///  - writeBytes() and writeByte() at a position leave the cursor *at* that
+///  position. The
+///    byte of writeByte(position, b) at or past the end lies just behind the
+///    end, in the spare room: the length becomes `position` (1 for position 0
+///    of an empty stream).
+///  - getByte() moves the cursor; getBytes() and getByte(position) do not.
+///  - getBytes() is bounded by bufSize(), not by length(): it may read spare
+///  room, whose
+///    contents are unspecified. So are those of bytes that resize() or a write
+///    beyond the end adds in between.
+///  - resize() and setlength() do not pull the cursor back inside.
+///  - Positions are cut to their low 32 bits.
+///
+/// **Errors**: a range error is reported to the crash recorder ("Out of stream
+/// buffer!", or "End of stream buffer!" from readByte()) and the call does
+/// nothing; a byte result is then 0. Sums that pass 32 bits are range errors.
+/// When memory runs out, or a length above 2147483647 is asked for, status 6 is
+/// reported and the stream stays as it was.
+/// **Memory**: from _tvMalloc, freed by the destructor. Copies share it until
+/// one is changed. The pointer of buffer() holds until the next change, and is
+/// null while there is no room.
+/// **Threads**: a stream and its copies belong to one thread.
+///
+///     TvFlatMemBuf buf(64);
+///     const unsigned char text[] = {'a', 'b', 'c', 'd', 'e', 'f'};
+///     buf.writeBytes(text, 6);
+///     buf.seek(2, TvIO::kSeekFromStart);
+///     buf.writeByte('X');                    // the stream is now "abX"
+class TV_OSBASE_API TvFlatMemBuf : public TvMemStreamBuf {
+public:
+    using TvStreamBuf::readByte;
+
+    /// An empty stream with room for at least `capacity` bytes.
+    explicit TvFlatMemBuf(std::uint32_t capacity);
+    TvFlatMemBuf(const TvFlatMemBuf&) = default;
+    TvFlatMemBuf& operator=(const TvFlatMemBuf&) = default;
+    ~TvFlatMemBuf() override;
+
+    bool isEOS() const override;
+    std::uint64_t tell() const override;
+    std::uint64_t length() const override;
+
+    /// resize() with the low 32 bits of `length`.
+    void setlength(std::uint64_t length) override;
+
+    /// Ends the stream at the cursor.
+    void truncate() override;
+    std::int64_t rewind() override;
+    unsigned char* buffer() override;
+    const unsigned char* buffer() const override;
+
+    unsigned char readByte() override;
+    void writeByte(unsigned char b) override;
+    void writeByte(std::uint64_t position, unsigned char b) override;
+    unsigned char getByte() override;
+    unsigned char getByte(std::uint64_t position) override;
+    void setByte(unsigned char b) override;
+    void setByte(std::uint64_t position, unsigned char b) override;
+    void readBytes(unsigned char* buf, std::uint32_t count) override;
+
+    /// Unlike the base's, never moves the cursor.
+    void readBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count) override;
+    void writeBytes(const unsigned char* buf, std::uint32_t count) override;
+
+    /// Lengthens the stream where needed and never cuts it.
+    void writeBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count) override;
+    void getBytes(unsigned char* buf, std::uint32_t count) override;
+    void getBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count) override;
+    void setBytes(const unsigned char* buf, std::uint32_t count) override;
+    void setBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count) override;
+
+    std::uint32_t bufSize() const override;
+    void resize(std::uint32_t length) override;
+
+    /// Never shrinks.
+    void reserve(std::uint32_t capacity) override;
+
+    /// Range error past the end; the end itself is a place.
+    void moveTo(std::uint64_t position) override;
+
+    /// Takes a copy of `size` bytes, which go to the start of the stream whatever
+    /// `position` is. Length `position + size`, cursor `position`; what
+    /// `position` adds is unspecified.
+    virtual void open(void* data, std::uint32_t size, std::uint32_t position);
+
+    /// Empties the stream, which stays usable.
+    virtual void close();
+
+private:
+    using Storage =
+        TvVector<unsigned char, TvDelegateMemAllocator<unsigned char>, int, TvVectorFlatMemBufGrowPolicy>;
+
+    TV_LOCAL std::uint32_t storedLength() const;
+    TV_LOCAL std::uint32_t roomLength() const;
+    TV_LOCAL bool endAt(std::uint32_t end);
+    TV_LOCAL bool unshare();
+    TV_LOCAL bool endWritableAt(std::uint32_t end);
+    TV_LOCAL bool isOwn(const unsigned char* buf) const;
+    TV_LOCAL bool store(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
+                        std::uint32_t length);
+
+    Storage m_bytes;
+    std::uint32_t m_cursor; // may lie past the end after resize()
+};
+
+#endif
