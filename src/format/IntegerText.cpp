@@ -51,6 +51,28 @@ int decimalText(wchar_t* out, std::uint32_t value)
     return length;
 }
 
+int decimalText64(wchar_t* out, std::uint64_t value)
+{
+    constexpr std::uint32_t eightDigits = 100000000;
+    if (value < eightDigits)
+        return decimalText(out, static_cast<std::uint32_t>(value));
+    const int length = decimalText(out, static_cast<std::uint32_t>(value / eightDigits));
+    fixedDigits(out + length, value % eightDigits, 8);
+    return length + 8;
+}
+
+void fixedDigits(wchar_t* out, std::uint64_t value, int count)
+{
+    wchar_t* p = out + count;
+    for (; count >= 2; count -= 2) {
+        p -= 2;
+        std::copy_n(kDigitPairs.at[value % 100], 2, p);
+        value /= 100;
+    }
+    if (count)
+        *out = static_cast<wchar_t>(L'0' + value % 10);
+}
+
 int integerText(wchar_t* out, std::uint32_t value, int radix)
 {
     wchar_t* p = out;

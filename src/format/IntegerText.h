@@ -16,6 +16,12 @@ int integerText(wchar_t* out, std::uint32_t value, int radix);
 /// integerText() for radix 10, unsigned.
 int decimalText(wchar_t* out, std::uint32_t value);
 
+/// decimalText() for values below 10^16.
+int decimalText64(wchar_t* out, std::uint64_t value);
+
+/// Writes the low `count` decimal digits of `value`, zeros in front included; no terminating 0.
+void fixedDigits(wchar_t* out, std::uint64_t value, int count);
+
 /// The radix of an integer letter, negative for a signed one; 0 for other letters.
 int radixOfLetter(wchar_t letter);
 

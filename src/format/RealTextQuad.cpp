@@ -44,9 +44,4 @@ int realTextQuad(wchar_t* out, TvQuad value, wchar_t letter, int precision, bool
     return length + exponentText(out + length, exponent);
 }
 
-int realText(wchar_t* out, double value, wchar_t letter, int precision, bool plus)
-{
-    return realTextQuad(out, value, letter, precision, plus);
-}
-
 } // namespace TvFormatDetail
