@@ -12,6 +12,10 @@ int scanSourceBuf(bool kind, const wchar_t* text, const wchar_t* format, va_list
 /// A wide string by pointer; the same results.
 int scanWideText(const wchar_t* text, const wchar_t* format, va_list* args);
 
+/// TvMath::pow<double>(10, n), from a table up to the 22nd power either way.
+constexpr int kLargestScanPower = 22;
+double scanPower(int n);
+
 } // namespace TvFormatDetail
 
 #endif

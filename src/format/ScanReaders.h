@@ -171,6 +171,34 @@ bool readExponent(Cursor& in, unsigned width, int places, int& power)
     return true;
 }
 
+/// A mantissa as far as it has been read.
+struct ScanMantissa {
+    double value = 0;
+    int places = 0; ///< digits behind the point
+    bool matched = false;
+    bool point = false;
+};
+
+/// Takes the rest of a mantissa while the width lasts.
+template<class Cursor>
+void readMantissa(Cursor& in, unsigned& width, ScanMantissa& mantissa)
+{
+    while (width != 0) {
+        --width; // the character that ends the mantissa costs one too
+        if (isScanDigit(in.current())) {
+            mantissa.matched = true;
+            if (mantissa.value <= kFullMantissa)
+                mantissa.value = mantissa.value * 10 + (in.current() - L'0');
+            mantissa.places += mantissa.point;
+        } else if (in.current() == L'.' && !mantissa.point) {
+            mantissa.point = true;
+        } else {
+            break;
+        }
+        in.take();
+    }
+}
+
 template<class Cursor>
 bool readDouble(Cursor& in, const ScanfConversion& conversion, va_list* args, int& stored)
 {
@@ -178,30 +206,14 @@ bool readDouble(Cursor& in, const ScanfConversion& conversion, va_list* args, in
     bool negative = false;
     if (!readNumberSign(in, width, negative))
         return true;
-    double value = 0;
-    bool matched = false;
-    bool point = false;
-    int places = 0;
-    while (width != 0) {
-        --width; // the character that ends the mantissa costs one too
-        if (isScanDigit(in.current())) {
-            matched = true;
-            if (value <= kFullMantissa)
-                value = value * 10 + (in.current() - L'0');
-            places += point;
-        } else if (in.current() == L'.' && !point) {
-            point = true;
-        } else {
-            break;
-        }
-        in.take();
-    }
+    ScanMantissa mantissa;
+    readMantissa(in, width, mantissa);
     int power = 0;
-    if (readExponent(in, width, places, power))
-        value *= TvMath::pow<double>(10, power);
-    if (!matched)
+    if (readExponent(in, width, mantissa.places, power))
+        mantissa.value *= TvMath::pow<double>(10, power);
+    if (!mantissa.matched)
         return true;
-    storeDouble(negative ? -value : value, conversion, args, stored);
+    storeDouble(negative ? -mantissa.value : mantissa.value, conversion, args, stored);
     return false;
 }
 

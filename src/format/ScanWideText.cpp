@@ -36,12 +36,75 @@ public:
         return p == m_at && current() == -1;
     }
 
+    const wchar_t* position() const { return m_at; }
+    void moveTo(const wchar_t* at) { m_at = at; }
+
 private:
     const wchar_t* m_begin;
     const wchar_t* m_at;
 };
 
+constexpr double kPowers[2 * kLargestScanPower + 1] = {
+    1e-22, 1e-21, 1e-20, 1e-19, 1e-18, 1e-17, 1e-16, 1e-15, 1e-14, 1e-13, 1e-12, 1e-11, 1e-10, 1e-9, 1e-8,
+    1e-7,  1e-6,  1e-5,  1e-4,  1e-3,  1e-2,  1e-1,  1e0,   1e1,   1e2,   1e3,   1e4,   1e5,   1e6,  1e7,
+    1e8,   1e9,   1e10,  1e11,  1e12,  1e13,  1e14,  1e15,  1e16,  1e17,  1e18,  1e19,  1e20,  1e21, 1e22};
+
+// Takes the first digits of a mantissa, gathered in an integer: as long as that is exact in a
+// double, so is every step of the digit-by-digit sum. False when more of it may follow.
+bool readShortMantissa(TextCursor& in, unsigned& width, ScanMantissa& mantissa)
+{
+    constexpr int exactDigits = 15;
+    const wchar_t* p = in.position();
+    std::uint64_t digits = 0;
+    int left = exactDigits;
+    bool ended = false;
+    while (width != 0 && left != 0 && !ended) {
+        --width;
+        const auto digit = static_cast<unsigned>(*p) - L'0';
+        if (digit <= 9) {
+            digits = digits * 10 + digit;
+            mantissa.places += mantissa.point;
+            --left;
+            ++p;
+        } else if (*p == L'.' && !mantissa.point) {
+            mantissa.point = true;
+            ++p;
+        } else {
+            ended = true;
+        }
+    }
+    mantissa.matched = left != exactDigits;
+    mantissa.value = static_cast<double>(digits);
+    in.moveTo(p);
+    return ended;
+}
+
+// In front of the general reader for this cursor.
+bool readDouble(TextCursor& in, const ScanfConversion& conversion, va_list* args, int& stored)
+{
+    unsigned width = conversion.width;
+    bool negative = false;
+    if (!readNumberSign(in, width, negative))
+        return true;
+    ScanMantissa mantissa;
+    if (!readShortMantissa(in, width, mantissa))
+        readMantissa(in, width, mantissa);
+    int power = 0;
+    if (readExponent(in, width, mantissa.places, power))
+        mantissa.value *= scanPower(power);
+    if (!mantissa.matched)
+        return true;
+    storeDouble(negative ? -mantissa.value : mantissa.value, conversion, args, stored);
+    return false;
+}
+
 } // namespace
+
+double scanPower(int n)
+{
+    const bool inTable = n >= -kLargestScanPower && n <= kLargestScanPower;
+    return inTable ? kPowers[n + kLargestScanPower] : TvMath::pow<double>(10, n);
+}
 
 int scanWideText(const wchar_t* text, const wchar_t* format, va_list* args)
 {
