@@ -1,0 +1,64 @@
+// MapperAccess.cpp - finding and loading the mapper of an id.
+#include "codepage/MapperAccess.h"
+
+#include "TvCharMapper.h"
+#include "TvFileStreamBuf.h"
+#include "TvFileSystem.h"
+#include "codepage/tables/SingleByteTables.h"
+
+#include <memory>
+
+namespace TvDetail {
+
+namespace {
+
+MapperAccess accessOf(EkCodepageMapper* mapper)
+{
+    // Without its double-byte table a mapper is not worth an index: it is about to change.
+    const bool complete = mapper && mapper->m_bLoaded == 1;
+    return {mapper, CodepageView::of(mapper), complete ? codepageIndex(*mapper) : nullptr};
+}
+
+} // namespace
+
+code_page_id withSystemCodePage(code_page_id cp)
+{
+    if (cp != CP_UNDEFINED && cp != CP_CNT)
+        return cp;
+    return TvCodePageMapper::ansiCpToOrnaCp(static_cast<int>(TvCodePageMapper::currentSystemAnsiCp()));
+}
+
+TvStreamBuf* openMapFile()
+{
+    const wchar_t* path = TvCharMapper::m_MapFile;
+    if (!path || *path == 0)
+        return nullptr;
+    try {
+        return TvFileSystem::createFileBuf(path, TvIO::kAccessRead, TvIO::kShareDenyNone,
+                                           TvIO::kOpenExisting);
+    } catch (...) { // the file streams throw messages and statuses
+        return nullptr;
+    }
+}
+
+void loadMapper(EkCodepageMapper& mapper)
+{
+    if (mapper.m_bLoaded == 1)
+        return;
+    const std::unique_ptr<TvStreamBuf> stream(openMapFile());
+    mapper.verifyLoaded(stream.get());
+}
+
+MapperAccess MapperAccess::of(code_page_id cp) { return accessOf(theTvCodePages()->findMapperByAcadCp(cp)); }
+
+MapperAccess MapperAccess::loaded(code_page_id cp)
+{
+    EkCodepageMapper* mapper = theTvCodePages()->findMapperByAcadCp(cp);
+    if (mapper)
+        loadMapper(*mapper);
+    return accessOf(mapper);
+}
+
+bool MapperAccess::hasNoBytes() const { return view.bytes == g_emptyCodeTable; }
+
+} // namespace TvDetail

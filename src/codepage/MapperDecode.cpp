@@ -1,0 +1,196 @@
+// MapperDecode.cpp - byte text of a code page to wide text.
+#include "TvCharMapper.h"
+
+#include "TvCharConverter.h"
+#include "codepage/MapperAccess.h"
+#include "codepage/ResultVector.h"
+#include "codepage/TextKernels.h"
+#include "codepage/Utf8Text.h"
+
+#include <optional>
+
+namespace TvDetail {
+
+namespace {
+
+constexpr int kCifLength = 7;
+constexpr int kMifLength = 8;
+
+// The lead bytes as the kernels take them; none when there are more ranges than that.
+std::optional<LeadRanges> leadRanges(const EkCodepageMapper& mapper)
+{
+    const int count = mapper.m_leadBytes.length();
+    if (count < 1 || count > 2)
+        return std::nullopt;
+    LeadRanges leads;
+    for (int i = 0; i < 2; ++i) {
+        const EkLeaderBytes range = mapper.m_leadBytes.asArrayPtr()[i < count ? i : 0];
+        if (range.first < 0x80 || range.first > range.last)
+            return std::nullopt;
+        leads.first[i] = range.first;
+        leads.last[i] = range.last;
+    }
+    return leads;
+}
+
+// One conversion. The kernels run over what is easy; each stop of theirs, and every byte
+// while there is no index, is one step() here.
+class Decoder {
+public:
+    Decoder(code_page_id cp, const char* src, std::size_t count, TvVector<wchar_t>& out)
+        : m_cp(TvCharConverter::checkTheSameCP(cp)), m_src(reinterpret_cast<const unsigned char*>(src)),
+          m_count(count), m_out(out)
+    {
+        use(MapperAccess::of(m_cp));
+    }
+
+    void run()
+    {
+        if (!makeRoom(0))
+            return;
+        for (;;) {
+            if (m_page.index)
+                runKernel();
+            if (m_at == m_count || m_src[m_at] == 0)
+                break;
+            if (!step())
+                return;
+        }
+        m_out.finish();
+    }
+
+private:
+    // Room for `extra` elements and one for each byte that is left, which suffices but for
+    // pairs that turn to escapes.
+    bool makeRoom(std::size_t extra)
+    {
+        const std::size_t least = extra + (m_count - m_at) + 1 + kKernelSlack;
+        return m_out.makeRoom(least, least + m_at / 2);
+    }
+
+    void use(const MapperAccess& page)
+    {
+        m_page = page;
+        m_leads = page.mapper ? leadRanges(*page.mapper) : std::nullopt;
+        if (page.mapper && page.mapper->m_leadBytes.length() > 0 && !m_leads)
+            m_page.index = nullptr; // ranges that the kernels do not know
+    }
+
+    void runKernel()
+    {
+        const TextKernels& kernels = textKernels();
+        const CodepageTables& tables = m_page.index->tables;
+        const unsigned char* from = m_src + m_at;
+        const std::size_t left = m_count - m_at;
+        const KernelProgress done = m_leads ? kernels.decodeDouble(from, left, m_out.end(), tables, *m_leads)
+                                            : kernels.decodeSingle(from, left, m_out.end(), tables);
+        m_at += done.read;
+        m_out.advance(done.written);
+    }
+
+    // Converts what stands here, one character or escape. False when memory ran out.
+    bool step()
+    {
+        const unsigned char b = m_src[m_at];
+        if (b == '\\' && (readCif() || readMif()))
+            return true;
+        if (b >= 0x80)
+            return readCharacter(b);
+        ++m_at;
+        m_out.put(b);
+        return true;
+    }
+
+    bool readCif()
+    {
+        wchar_t wc = 0;
+        if (m_count - m_at < kCifLength || !TvCharConverter::parseCIFString(m_src + m_at, wc))
+            return false;
+        m_out.put(wc);
+        m_at += kCifLength;
+        return true;
+    }
+
+    // An escape whose code does not convert stays as it stands.
+    bool readMif()
+    {
+        wchar_t code = 0;
+        code_page_id cp = CP_UNDEFINED;
+        if (m_count - m_at < kMifLength || !TvCharConverter::parseMIFString(m_src + m_at, code, cp))
+            return false;
+        wchar_t wc = 0;
+        if (TvCharMapper::codepageToUnicode(code, cp, wc)) {
+            m_out.put(wc);
+        } else {
+            for (int i = 0; i < kMifLength; ++i)
+                m_out.put(m_src[m_at + i]);
+        }
+        m_at += kMifLength;
+        return true;
+    }
+
+    bool readCharacter(unsigned char lead)
+    {
+        const bool mayLead = tvIsLeadByte(lead, m_cp);
+        const unsigned char trail = m_at + 1 < m_count ? m_src[m_at + 1] : 0;
+        const bool pair = mayLead && trail != 0;
+        m_at += pair ? 2 : 1;
+        wchar_t wc = 0;
+        // A lead byte alone is looked up in "ascii" first, as that id stands.
+        if (mayLead && !pair && TvCharMapper::codepageToUnicode(lead, CP_ASCII, wc) && isEmitted(wc)) {
+            m_out.put(wc);
+            return true;
+        }
+        if (!m_loadTried) {
+            m_loadTried = true;
+            if (!m_page.isLoaded())
+                use(MapperAccess::loaded(m_cp));
+        }
+        const unsigned code = pair ? lead * 256u + trail : lead;
+        const int found = m_page.decode(code);
+        if (isEmitted(found)) {
+            m_out.put(static_cast<wchar_t>(found));
+        } else if (pair && TvCharConverter::isMIFCodepage(m_cp)) {
+            if (!makeRoom(kMifLength))
+                return false;
+            TvCharConverter::getMIFString(static_cast<wchar_t>(code), m_cp, m_out.end(), kMifLength);
+            m_out.advance(kMifLength);
+        } else {
+            m_out.put(static_cast<wchar_t>(code));
+        }
+        return true;
+    }
+
+    // A character that a table gives as 0 or "?" counts as none.
+    static bool isEmitted(int wc) { return wc > 0 && wc != '?'; }
+
+    code_page_id m_cp;
+    const unsigned char* m_src;
+    std::size_t m_count;
+    std::size_t m_at = 0;
+    ResultVector<wchar_t> m_out;
+    MapperAccess m_page{};
+    std::optional<LeadRanges> m_leads;
+    bool m_loadTried = false; // once a text: a file that lacks the table now lacks it for all of it
+};
+
+} // namespace
+
+} // namespace TvDetail
+
+void TvCharMapper::multiByteToWideChar(code_page_id cp, const char* src, int len, TvVector<wchar_t>& out)
+{
+    multiByteToWideChar(cp, 0, src, len, out);
+}
+
+void TvCharMapper::multiByteToWideChar(code_page_id cp, unsigned int, const char* src, int len,
+                                       TvVector<wchar_t>& out)
+{
+    if (len < 0)
+        return TvDetail::ResultVector<wchar_t>(out).clear();
+    cp = TvDetail::withSystemCodePage(cp);
+    const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
+    if (cp == CP_UTF8)
+        return TvDetail::utf8Decode(src, count, out);
+    TvDetail::Decoder(cp, src, count, out).run();
+}

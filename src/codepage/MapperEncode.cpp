@@ -1,0 +1,127 @@
+// MapperEncode.cpp - wide text to byte text of a code page.
+#include "TvCharMapper.h"
+
+#include "TvCharConverter.h"
+#include "codepage/MapperAccess.h"
+#include "codepage/ResultVector.h"
+#include "codepage/TextKernels.h"
+#include "codepage/Utf8Text.h"
+
+#include <algorithm>
+
+namespace TvDetail {
+
+namespace {
+
+constexpr std::size_t kCifLength = 7;
+constexpr std::size_t kMifLength = 8;
+
+// One conversion; see Decoder for how kernels and steps share the work.
+class Encoder {
+public:
+    Encoder(code_page_id cp, const wchar_t* src, std::size_t count, TvVector<char>& out)
+        : m_cp(TvCharConverter::checkTheSameCP(cp)), m_src(src), m_count(count), m_out(out),
+          m_page(MapperAccess::of(m_cp))
+    {
+    }
+
+    void run()
+    {
+        while (makeRoom()) {
+            if (m_page.index)
+                runKernel();
+            if (m_at == m_count || m_src[m_at] == 0)
+                return m_out.finish();
+            step();
+        }
+    }
+
+private:
+    // Bytes that must be free before a step or a kernel: the longest escape, a terminator.
+    static constexpr std::size_t kLeastRoom = kMifLength + 1 + kKernelSlack;
+
+    // Makes it likely, with two bytes a character, that no more room is needed.
+    bool makeRoom() { return m_out.makeRoom(kLeastRoom, kLeastRoom + 2 * (m_count - m_at) + m_at / 2); }
+
+    void runKernel()
+    {
+        const TextKernels& kernels = textKernels();
+        const CodepageTables& tables = m_page.index->tables;
+        const std::size_t count = std::min(m_count - m_at, (m_out.room() - kLeastRoom) / 2);
+        const auto kernel = tables.encodePair ? kernels.encodeDouble : kernels.encodeSingle;
+        const KernelProgress done = kernel(m_src + m_at, count, m_out.end(), tables);
+        m_at += done.read;
+        m_out.advance(done.written);
+    }
+
+    // Converts what stands here, one character or escape.
+    void step()
+    {
+        const auto wc = static_cast<unsigned>(m_src[m_at]);
+        if (wc == '\\' && keepEscape())
+            return;
+        ++m_at;
+        if (wc < 0x80)
+            m_out.put(static_cast<char>(wc));
+        else
+            writeCharacter(wc);
+    }
+
+    // Only escapes that lie wholly inside the text count.
+    bool keepEscape()
+    {
+        wchar_t text[kMifLength + 1] = {};
+        std::copy_n(m_src + m_at, std::min(kMifLength, m_count - m_at), text);
+        const char kind = isCIForMIF(text);
+        if (kind == 0)
+            return false;
+        const std::size_t length = kind == 'u' ? kCifLength : kMifLength;
+        for (std::size_t i = 0; i < length; ++i)
+            m_out.put(static_cast<char>(text[i]));
+        m_at += length;
+        return true;
+    }
+
+    void writeCharacter(unsigned wc)
+    {
+        if (!m_loadTried) {
+            m_loadTried = true;
+            if (!m_page.isLoaded())
+                m_page = MapperAccess::loaded(m_cp);
+        }
+        const int code = m_page.encode(wc);
+        if (code < 0) {
+            TvCharConverter::getCIFString(static_cast<unsigned short>(wc), m_out.end(), kCifLength);
+            m_out.advance(kCifLength);
+            return;
+        }
+        if (code > 0xFF)
+            m_out.put(static_cast<char>(code >> 8));
+        m_out.put(static_cast<char>(code));
+    }
+
+    code_page_id m_cp;
+    const wchar_t* m_src;
+    std::size_t m_count;
+    std::size_t m_at = 0;
+    ResultVector<char> m_out;
+    MapperAccess m_page;
+    bool m_loadTried = false; // once a text: a file that lacks the table now lacks it for all of it
+};
+
+} // namespace
+
+} // namespace TvDetail
+
+void TvCharMapper::wideCharToMultiByte(code_page_id cp, const wchar_t* src, int len, TvVector<char>& out)
+{
+    if (len < 0)
+        return TvDetail::ResultVector<char>(out).clear();
+    cp = TvDetail::withSystemCodePage(cp);
+    const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
+    if (cp != CP_UTF8)
+        return TvDetail::Encoder(cp, src, count, out).run();
+    if (count == 0) // as unicodeToUtf8: not even a terminator
+        return TvDetail::ResultVector<char>(out).clear();
+    TvDetail::utf8Encode(src, count, out);
+}

@@ -1,0 +1,77 @@
+// TvCharMapper.cpp - start, end and lead bytes of the character mapper.
+#include "TvCharMapper.h"
+
+#include "TvCharConverter.h"
+#include "TvStreamBuf.h"
+#include "codepage/MapFile.h"
+#include "codepage/MapperAccess.h"
+#include "runtime/TvStartup.h"
+
+#include <cstdint>
+#include <memory>
+#include <new>
+
+CStdStr<wchar_t> TvCharMapper::m_MapFile __attribute__((init_priority(TvStartup::kCodePageRegistry)));
+
+namespace {
+
+// Reads the header text up to its 0 byte; whether an "H" stands before that.
+bool readMapHeader(TvStreamBuf& stream)
+{
+    unsigned char last = 0;
+    for (std::uint64_t left = stream.length(); left > 0; --left) {
+        const unsigned char b = stream.getByte();
+        if (b == 0)
+            return last == 'H';
+        last = b;
+    }
+    return false;
+}
+
+bool readMapFile(TvStreamBuf& stream)
+{
+    try {
+        return readMapHeader(stream) && TvDetail::readMapDirectory(*theTvCodePages(), stream);
+    } catch (...) { // the file streams throw messages and statuses
+        return false;
+    }
+}
+
+} // namespace
+
+Orna::ErrorStatus TvCharMapper::initialize(const CStdStr<wchar_t>& mapFile)
+{
+    theTvCodePages()->init();
+    try {
+        m_MapFile = mapFile;
+    } catch (const std::bad_alloc&) {
+        m_MapFile.clear();
+    }
+    const std::unique_ptr<TvStreamBuf> stream(TvDetail::openMapFile());
+    if (!stream)
+        return Orna::eFileNotFound;
+    return readMapFile(*stream) ? Orna::eOk : Orna::eBadMapFile;
+}
+
+void TvCharMapper::unInitialize() { theTvCodePages()->release(); }
+
+bool TvCharMapper::isLeadByte(unsigned char b, code_page_id cp) { return tvIsLeadByte(b, cp); }
+
+bool tvIsLeadByte(unsigned char b, code_page_id cp)
+{
+    const EkCodepageMapper* mapper =
+        theTvCodePages()->findMapperByAcadCp(TvCharConverter::checkTheSameCP(cp));
+    if (!mapper)
+        return false;
+    const EkLeaderBytes* ranges = mapper->m_leadBytes.asArrayPtr();
+    for (int i = 0; i < mapper->m_leadBytes.length(); ++i) {
+        if (b >= ranges[i].first && b <= ranges[i].last)
+            return true;
+    }
+    return false;
+}
+
+extern "C" bool IsDBCSLeadByteEx(unsigned int ansiCp, unsigned char b)
+{
+    return tvIsLeadByte(b, TvCodePageMapper::ansiCpToOrnaCp(static_cast<int>(ansiCp)));
+}
