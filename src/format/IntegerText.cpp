@@ -33,6 +33,19 @@ int decimalLength(std::uint32_t value)
     return guess + (value >= kPowers[guess]);
 }
 
+constexpr std::uint32_t kEightDigits = 100000000;
+
+// Eight digits, zeros in front included, in two independent halves.
+void writeEight(wchar_t* out, std::uint32_t value)
+{
+    const std::uint32_t high = value / 10000;
+    const std::uint32_t low = value % 10000;
+    std::copy_n(kDigitPairs.at[high / 100], 2, out);
+    std::copy_n(kDigitPairs.at[high % 100], 2, out + 2);
+    std::copy_n(kDigitPairs.at[low / 100], 2, out + 4);
+    std::copy_n(kDigitPairs.at[low % 100], 2, out + 6);
+}
+
 } // namespace
 
 int decimalText(wchar_t* out, std::uint32_t value)
@@ -53,17 +66,32 @@ int decimalText(wchar_t* out, std::uint32_t value)
 
 int decimalText64(wchar_t* out, std::uint64_t value)
 {
-    constexpr std::uint32_t eightDigits = 100000000;
-    if (value < eightDigits)
+    if (value < kEightDigits)
         return decimalText(out, static_cast<std::uint32_t>(value));
-    const int length = decimalText(out, static_cast<std::uint32_t>(value / eightDigits));
-    fixedDigits(out + length, value % eightDigits, 8);
+    const int length = decimalText(out, static_cast<std::uint32_t>(value / kEightDigits));
+    writeEight(out + length, static_cast<std::uint32_t>(value % kEightDigits));
     return length + 8;
+}
+
+void fractionDigits(wchar_t* out, std::uint64_t units, int digits)
+{
+    static constexpr std::uint32_t kScales[] = {100000000, 10000000, 1000000, 100000, 10000,
+                                                1000,      100,      10,      1};
+    if (digits <= 8)
+        return writeEight(out, static_cast<std::uint32_t>(units) * kScales[digits]);
+    units *= kScales[digits - 8];
+    writeEight(out, static_cast<std::uint32_t>(units / kEightDigits));
+    writeEight(out + 8, static_cast<std::uint32_t>(units % kEightDigits));
 }
 
 void fixedDigits(wchar_t* out, std::uint64_t value, int count)
 {
     wchar_t* p = out + count;
+    for (; count >= 8; count -= 8) {
+        p -= 8;
+        writeEight(p, static_cast<std::uint32_t>(value % kEightDigits));
+        value /= kEightDigits;
+    }
     for (; count >= 2; count -= 2) {
         p -= 2;
         std::copy_n(kDigitPairs.at[value % 100], 2, p);

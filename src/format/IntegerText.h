@@ -16,8 +16,20 @@ int integerText(wchar_t* out, std::uint32_t value, int radix);
 /// integerText() for radix 10, unsigned.
 int decimalText(wchar_t* out, std::uint32_t value);
 
+/// integerText() for radix -10.
+inline int signedText(wchar_t* out, std::uint32_t value)
+{
+    const bool negative = static_cast<std::int32_t>(value) < 0;
+    *out = L'-';
+    return negative + decimalText(out + negative, negative ? 0 - value : value);
+}
+
 /// decimalText() for values below 10^16.
 int decimalText64(wchar_t* out, std::uint64_t value);
+
+/// Writes `units` / 10^`digits` behind the point: `digits` (1 to 16) digits, zeros in front
+/// included. Eight characters behind them may be overwritten; no terminating 0.
+void fractionDigits(wchar_t* out, std::uint64_t units, int digits);
 
 /// Writes the low `count` decimal digits of `value`, zeros in front included; no terminating 0.
 void fixedDigits(wchar_t* out, std::uint64_t value, int count);

@@ -82,7 +82,11 @@ private:
     static constexpr int kLiteralTooLong = 0;
     static constexpr int kFailed = -1;
 
+    // What became of a conversion that is a letter alone; with No nothing has been fetched.
+    enum class Bare { No, Done, Failed };
+
     int formatAll(const wchar_t* f);
+    Bare convertBare(wchar_t letter);
     bool resolveCounts(FormatSpec& spec);
     bool convert(const FormatSpec& spec);
     bool emit(const FormatSpec& spec, const wchar_t* text, std::size_t length, bool numeric);
@@ -99,20 +103,49 @@ private:
 int FormatRun::formatAll(const wchar_t* f)
 {
     for (;;) {
-        const wchar_t* const run = f;
-        while (*f && *f != L'%')
-            ++f;
-        if (f != run && !m_out.put(run, static_cast<std::size_t>(f - run)))
-            return kLiteralTooLong;
+        const Output before = m_out;
+        for (; *f && *f != L'%'; ++f) {
+            if (!m_out.fits(1)) {
+                m_out = before; // the run is left out as a whole
+                return kLiteralTooLong;
+            }
+            *m_out.at = *f;
+            m_out.advance(1);
+        }
         if (!*f)
             return kDone;
+        ++f;
+        const Bare bare = convertBare(*f);
+        if (bare == Bare::Failed)
+            return kFailed;
+        if (bare == Bare::Done) {
+            ++f;
+            continue;
+        }
         FormatSpec spec;
-        f = parseFormatSpec(f + 1, m_args.positional(), spec);
+        f = parseFormatSpec(f, m_args.positional(), spec);
         if (!spec.letter)
             return kDone;
         if (!resolveCounts(spec) || !convert(spec))
             return kFailed;
     }
+}
+
+// %d, %i and %s without anything else, the most frequent conversions, without parsing.
+FormatRun::Bare FormatRun::convertBare(wchar_t letter)
+{
+    if (m_args.positional() || !m_out.fits(kIntegerTextRoom))
+        return Bare::No;
+    if (letter == L'd' || letter == L'i') {
+        const std::uint32_t value = m_args.takeInteger(1, kSignedArgument);
+        m_out.advance(static_cast<std::size_t>(signedText(m_out.at, value)));
+        return Bare::Done;
+    }
+    if (letter == L's') {
+        const wchar_t* const text = m_args.takeText(1);
+        return m_out.put(text, text ? std::wcslen(text) : 0) ? Bare::Done : Bare::Failed;
+    }
+    return Bare::No;
 }
 
 // Fetches `*` width and precision. False for a negative width.
@@ -236,6 +269,19 @@ bool FormatRun::convertUnits(const FormatSpec& spec)
     return emit(spec, text, std::wcslen(text), numeric);
 }
 
+// Whether a format may use numbered arguments: it does only with a `$`.
+bool hasDollar(const wchar_t* format)
+{
+    constexpr int shortFormat = 16; // longer ones are worth a call of the vectorised search
+    for (int i = 0; i < shortFormat; ++i) {
+        if (!format[i])
+            return false;
+        if (format[i] == L'$')
+            return true;
+    }
+    return std::wcschr(format + shortFormat, L'$') != nullptr;
+}
+
 } // namespace
 
 int OutputWithFormat(wchar_t** out, int capacity, const wchar_t* format, va_list* args)
@@ -246,7 +292,7 @@ int OutputWithFormat(wchar_t** out, int capacity, const wchar_t* format, va_list
         **out = 0;
     FormatParameters* records = nullptr;
     unsigned count = 0;
-    if (std::wcschr(format, L'$') && FormatUtil::isDefineSelfParaIndex(nullptr, format)) {
+    if (hasDollar(format) && FormatUtil::isDefineSelfParaIndex(nullptr, format)) {
         count = largestArgumentNumber(format);
         if (count == 0)
             return -1;

@@ -181,12 +181,18 @@ int fixedByProduct(wchar_t* out, double value, int precision)
             return 0;
         units = static_cast<std::uint64_t>(whole) + (rest > half);
     }
+    // The integer part without a division: rounding may carry into it.
     const std::uint64_t power = kPowers[precision];
-    const std::uint64_t integer = units / power;
+    auto integer = static_cast<std::uint64_t>(value);
+    std::uint64_t behind = units - integer * power;
+    if (behind >= power) {
+        integer += 1;
+        behind -= power;
+    }
     int length = decimalText64(out, integer);
     if (precision > 0) {
         out[length] = L'.';
-        fixedDigits(out + length + 1, units - integer * power, precision);
+        fractionDigits(out + length + 1, behind, precision);
         length += 1 + precision;
     }
     out[length] = 0;

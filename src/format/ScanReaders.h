@@ -37,8 +37,9 @@ inline bool isScanDigit(std::int32_t c) { return c >= L'0' && c <= L'9'; }
 /// The value of a digit of `base`, a letter counting in base 16; -1 for other characters.
 inline int scanDigitValue(std::int32_t c, int base)
 {
-    if (isScanDigit(c))
-        return c - L'0' < base ? c - L'0' : -1;
+    const std::int32_t digit = c - L'0';
+    if (digit >= 0 && digit <= 9)
+        return digit < base ? digit : -1;
     if (base != 16)
         return -1;
     if (c >= L'a' && c <= L'f')
@@ -92,9 +93,11 @@ void skipSpace(Cursor& in)
         in.take();
 }
 
-/// The readers return true when the scan is to stop.
+/// The readers return true when the scan is to stop. This one is inlined, so that the decimal
+/// case knows its base.
 template<class Cursor>
-bool readInteger(Cursor& in, const ScanfConversion& conversion, va_list* args, int& stored)
+[[gnu::always_inline]] inline bool readInteger(Cursor& in, const ScanfConversion& conversion, va_list* args,
+                                               int& stored)
 {
     unsigned width = conversion.width;
     int base = conversion.base;
@@ -304,22 +307,17 @@ bool readConversion(Cursor& in, wchar_t letter, ScanfConversion& conversion, va_
         conversion.base = 10;
         return readInteger(in, conversion, args, stored);
     case L'i':
-        return readInteger(in, conversion, args, stored);
     case L'u':
-        conversion.base = 10;
-        conversion.isUnsigned = conversion.zeroExtended = true;
-        return readInteger(in, conversion, args, stored);
     case L'o':
-        conversion.base = 8;
-        conversion.zeroExtended = true;
-        return readInteger(in, conversion, args, stored);
     case L'x':
-        conversion.base = 16;
-        conversion.zeroExtended = true;
-        return readInteger(in, conversion, args, stored);
     case L'b':
-        conversion.base = 2;
-        conversion.zeroExtended = true;
+        conversion.base = letter == L'i'   ? 0
+                          : letter == L'u' ? 10
+                          : letter == L'o' ? 8
+                          : letter == L'x' ? 16
+                                           : 2;
+        conversion.isUnsigned = letter == L'u';
+        conversion.zeroExtended = letter != L'i';
         return readInteger(in, conversion, args, stored);
     case L'e':
     case L'f':
