@@ -14,8 +14,8 @@
 ///
 /// The object passed to record() is deleted as soon as record() returns: copy what is
 /// needed. A record() that throws ends the reporting operation there and keeps the object
-/// (so it may throw that very pointer); allocators and vectors let only a TvErrorStatus*
-/// through, anything else ends the process.
+/// (so it may throw that very pointer, cast to TvErrorStatus*); allocators and vectors let
+/// only a TvErrorStatus* through, anything else ends the process.
 ///
 /// Errors: none. Memory: the recorder stays the host's and must outlive its installation.
 /// Threads: called on the thread that met the fault.
