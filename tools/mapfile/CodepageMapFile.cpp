@@ -9,13 +9,6 @@
 
 namespace {
 
-// The ids that have a place in the directory, in the order of the file.
-constexpr int kDirectoryIds[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18,
-                                 19, 20, 21, 23, 42, 27, 28, 29, 30, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41};
-
-// Directory offsets count from here, and 0 means no table, so the first table must lie
-// behind it.
-constexpr std::size_t kOffsetBase = 256;
 
 bool isPrivateUse(char16_t unit) { return unit >= 0xE000 && unit <= 0xF8FF; }
 
@@ -37,7 +30,7 @@ void appendTable(std::string& bytes, const DoubleByteTable& table)
 void checkTables(const MapFileTables& tables)
 {
     for (const auto& [id, table] : tables) {
-        if (std::find(std::begin(kDirectoryIds), std::end(kDirectoryIds), id) == std::end(kDirectoryIds))
+        if (std::find(std::begin(kMapFileDirectory), std::end(kMapFileDirectory), id) == std::end(kMapFileDirectory))
             throw std::invalid_argument("code page id " + std::to_string(id) + " has no place in map files");
         if (table.size() > 0xFFFF)
             throw std::invalid_argument("table of code page id " + std::to_string(id) + " is too long");
@@ -78,19 +71,19 @@ std::string makeMapFile(const std::string& title, const MapFileTables& tables)
     // Readers look for the letter before the first NUL; blanks carry the header past the
     // place that offsets count from.
     std::string bytes = title.c_str();
-    bytes.resize(std::max(bytes.size() + 1, kOffsetBase), ' ');
+    bytes.resize(std::max(bytes.size() + 1, kMapFileOffsetBase), ' ');
     bytes += 'H';
     bytes += '\0';
 
     const std::size_t directory = bytes.size();
-    std::size_t position = directory + 4 * std::size(kDirectoryIds);
-    for (const int id : kDirectoryIds) {
+    std::size_t position = directory + 4 * std::size(kMapFileDirectory);
+    for (const int id : kMapFileDirectory) {
         const auto table = tables.find(id);
-        appendNumber(bytes, table == tables.end() ? 0 : position - kOffsetBase, 4);
+        appendNumber(bytes, table == tables.end() ? 0 : position - kMapFileOffsetBase, 4);
         if (table != tables.end())
             position += 2 + 4 * table->second.size();
     }
-    for (const int id : kDirectoryIds) {
+    for (const int id : kMapFileDirectory) {
         if (const auto table = tables.find(id); table != tables.end())
             appendTable(bytes, table->second);
     }

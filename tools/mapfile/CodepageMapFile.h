@@ -2,6 +2,7 @@
 #ifndef TV_CODEPAGE_MAP_FILE_H
 #define TV_CODEPAGE_MAP_FILE_H
 
+#include <cstddef>
 #include <map>
 #include <string>
 
@@ -19,6 +20,15 @@ struct DoubleByteCodePage {
 };
 
 extern const DoubleByteCodePage kDoubleByteCodePages[4];
+
+/// The ids that have a place in the directory, in the order of the file.
+inline constexpr int kMapFileDirectory[38] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
+                                              13, 14, 15, 16, 17, 18, 19, 20, 21, 23, 42, 27, 28,
+                                              29, 30, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41};
+
+/// Directory offsets count from here, and 0 means no table, so the first table must lie
+/// behind it.
+inline constexpr std::size_t kMapFileOffsetBase = 256;
 
 /// The table of a code page as the C library's converter decodes it: each lead byte with
 /// trail bytes 0x40 to 0xFE that gives one UTF-16 unit outside the private use area. (It

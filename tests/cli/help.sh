@@ -1,0 +1,6 @@
+# Every --help shows an example.
+tvbase --version
+for command in '' recode list map 'map info' 'map check' 'map dump' 'map make'; do
+    tvbase $command --help >help.txt || echo "status $?"
+    grep -A 3 '^Example' help.txt
+done

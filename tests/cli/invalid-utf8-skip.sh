@@ -1,0 +1,2 @@
+printf 'ab\nc\xE4\xB8d\n' >drawing.txt
+tvbase recode --on-unmappable=skip drawing.txt

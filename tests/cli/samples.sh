@@ -1,0 +1,2 @@
+# The sample drawing texts, to UTF-8 and back.
+"$ROOT/scripts/recode-samples" "$(command -v tvbase)"

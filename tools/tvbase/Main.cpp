@@ -1,0 +1,56 @@
+// tvbase - the base library from a terminal.
+#include "Command.h"
+
+#include "TvExport.h"
+
+#include <cstdio>
+#include <exception>
+
+void complain(const std::string& message) { std::fprintf(stderr, "tvbase: %s\n", message.c_str()); }
+
+void addMapOption(CLI::App& command, Shared& shared)
+{
+    command
+        .add_option("--map", shared.mapFile,
+                    "Code page map file (else $TVBASE_MAP, the installed one, the build's own)")
+        ->type_name("FILE");
+}
+
+int main(int argc, char** argv)
+{
+    CLI::App app("Drawing text and the tables behind it, from a terminal.", "tvbase");
+    app.set_version_flag("--version", "tvbase " + std::to_string(TV_OSBASE_VERSION_MAJOR) + "." +
+                                          std::to_string(TV_OSBASE_VERSION_MINOR) + "." +
+                                          std::to_string(TV_OSBASE_VERSION_PATCH));
+    app.require_subcommand(1);
+    app.get_formatter()->column_width(34);
+    app.footer("Example:\n"
+               "  tvbase recode -f ansi_936 notes.txt      Chinese drawing text to UTF-8\n"
+               "\n"
+               "Exit status: 0 success, 1 some input could not be read or converted, 2 usage.");
+
+    Shared shared;
+    addRecode(app, shared);
+    addList(app, shared);
+    addMap(app, shared);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : kExitUsage;
+    } catch (const CommandError& error) {
+        complain(error.what());
+        return error.status();
+    } catch (const wchar_t* message) {
+        // The file streams throw their messages so.
+        complain(std::string(message, message + std::char_traits<wchar_t>::length(message)));
+        return kExitFailed;
+    } catch (const std::exception& error) {
+        complain(error.what());
+        return kExitFailed;
+    }
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        complain("cannot write standard output");
+        return kExitFailed;
+    }
+    return shared.status;
+}

@@ -1,0 +1,23 @@
+// MapFileSearch.h - where the code page map file is, and making the library read it.
+#ifndef TVBASE_MAP_FILE_SEARCH_H
+#define TVBASE_MAP_FILE_SEARCH_H
+
+#include "Command.h"
+
+#include "TvCodePages.h"
+
+#include <string>
+
+/// The map file to use: that of --map, of $TVBASE_MAP, the installed one beside this program,
+/// or the build's own. One that was named must exist (CommandError); empty when none was
+/// named and none is there.
+std::string findMapFile(const Shared& shared);
+
+/// Initialises the mapper with that file. Without any file the single-byte pages still work.
+/// Throws CommandError when the file is no map file.
+void initializeMapper(const Shared& shared);
+
+/// Makes sure that the tables of `id` are there; throws CommandError when they are not.
+void requireTables(code_page_id id);
+
+#endif
