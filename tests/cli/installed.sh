@@ -1,0 +1,6 @@
+# The installed tool finds the installed map file, wherever the tree is moved to.
+build=$(dirname "$(dirname "$(command -v tvbase)")")
+cmake --install "$build" --prefix "$PWD/first" --component runtime >/dev/null
+mv first second
+second/bin/tvbase map info | sed -n "s#^file *$PWD/##p"
+printf '\xD6\xD0\n' | second/bin/tvbase recode -f ansi_936
