@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,7 +22,7 @@ namespace {
 Input::Input(const std::string& name) : m_name(name == "-" ? "standard input" : name)
 {
     if (name == "-") {
-        m_file = stdin;
+        m_descriptor = STDIN_FILENO;
         return;
     }
     struct stat status;
@@ -34,8 +35,8 @@ Input::Input(const std::string& name) : m_name(name == "-" ? "standard input" : 
 
     const std::wstring wide = wideFileName(name);
     if (!S_ISREG(status.st_mode) || wide.empty()) {
-        m_file = std::fopen(name.c_str(), "rb");
-        if (!m_file)
+        m_descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+        if (m_descriptor < 0)
             failed(m_name, errno);
         return;
     }
@@ -51,18 +52,20 @@ Input::Input(const std::string& name) : m_name(name == "-" ? "standard input" : 
 
 Input::~Input()
 {
-    if (m_file && m_file != stdin)
-        std::fclose(m_file);
+    if (m_descriptor > STDIN_FILENO)
+        close(m_descriptor);
 }
 
 std::size_t Input::read(char* buffer, std::size_t size)
 {
     if (!m_stream) {
-        errno = 0;
-        const std::size_t count = std::fread(buffer, 1, size, m_file);
-        if (count == 0 && std::ferror(m_file))
+        ssize_t count;
+        do
+            count = ::read(m_descriptor, buffer, size);
+        while (count < 0 && errno == EINTR);
+        if (count < 0)
             failed(m_name, errno);
-        return count;
+        return static_cast<std::size_t>(count);
     }
     const std::uint64_t position = m_stream->tell();
     const std::uint64_t length = m_stream->length();

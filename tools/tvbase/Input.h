@@ -5,12 +5,11 @@
 #include "TvFileStreamBuf.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 
-/// A file, a pipe or standard input. Files are read through the library's file stream, what
-/// has no length, and names that are not UTF-8, through the C library.
+/// A file, a pipe or standard input. Files are read through the library's file stream; what
+/// has no length is read as it arrives, and so are files whose names are not UTF-8.
 ///
 /// **Errors**: InputError, naming the input. **Memory**: none but the streams' own.
 /// **Threads**: one.
@@ -28,14 +27,14 @@ public:
     /// Bytes in all, 0 when that is not known beforehand.
     std::uint64_t length() const { return m_length; }
 
-    /// Up to `size` bytes; 0 at the end.
+    /// Up to `size` bytes; fewer where no more have arrived yet; 0 at the end.
     std::size_t read(char* buffer, std::size_t size);
 
 private:
     std::string m_name;
     std::uint64_t m_length = 0;
     std::unique_ptr<TvFileStreamBuf> m_stream;
-    std::FILE* m_file = nullptr;
+    int m_descriptor = -1;
 };
 
 #endif

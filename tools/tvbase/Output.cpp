@@ -124,13 +124,18 @@ void Output::write(const char* bytes, std::size_t size)
     }
 }
 
+void Output::flush()
+{
+    errno = 0;
+    if (m_file && std::fflush(m_file) != 0)
+        failed(errno);
+}
+
 void Output::finish()
 {
     errno = 0;
-    if (m_file) {
-        if (std::fflush(m_file) != 0)
-            failed(errno);
-    } else {
+    flush();
+    if (m_stream) {
         try {
             m_stream->close();
         } catch (const wchar_t*) {

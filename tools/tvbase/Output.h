@@ -25,6 +25,9 @@ public:
 
     void write(const char* bytes, std::size_t size);
 
+    /// What was written shows on standard output; a file waits for finish().
+    void flush();
+
     /// Everything written reaches its place.
     void finish();
 

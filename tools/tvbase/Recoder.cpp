@@ -71,12 +71,16 @@ void Recoder::recode(Input& input)
     std::vector<char> block(kBlockSize);
     std::size_t held = 0; // bytes at the start of the block that wait for more
     for (bool last = false; !last;) {
-        const std::size_t count = input.read(block.data() + held, block.size() - held);
+        const std::size_t room = block.size() - held;
+        const std::size_t count = input.read(block.data() + held, room);
         last = count == 0;
         held += count;
         const std::size_t done = recodeBlock(block.data(), held, last);
         std::memmove(block.data(), block.data() + done, held - done);
         held -= done;
+        // Someone may be waiting for what came through a pipe.
+        if (count != 0 && count < room)
+            m_output.flush();
         m_progress.advance(m_name, count);
     }
     if (m_told > kMaxTold) {
