@@ -8,6 +8,8 @@
 #include "TvExport.h"
 #include "TvLock.h"
 
+#include <cstdint>
+
 /// A natural number of any size: `wds` words of 32 bits in `x`, least significant first.
 ///
 /// The record is always part of a larger block with room for `maxwds` words. Zero is one
@@ -57,10 +59,15 @@ public:
 private:
     friend TV_OSBASE_API TvFCvtAllocator& tvFCvtAllocator();
     friend struct TvFCvtAllocatorCheck;
+    friend struct TvDigitBlocks;
 
     TV_LOCAL TvFCvtAllocator();
     TV_LOCAL ~TvFCvtAllocator();
-    TV_LOCAL bool owns(const Bigint* b) const;
+    // An address below the pool wraps to a large offset.
+    bool owns(const Bigint* b) const
+    {
+        return reinterpret_cast<std::uintptr_t>(b) - reinterpret_cast<std::uintptr_t>(m_pool) < kPoolBytes;
+    }
 
     enum { kPoolBytes = 3944, kLists = 16 };
 
@@ -69,7 +76,7 @@ private:
     unsigned char* m_next;
     Bigint* m_free[kLists];
 
-    static TvFCvtAllocator s_instance;
+    TV_LOCAL static TvFCvtAllocator s_instance;
 };
 
 TV_OSBASE_API TvFCvtAllocator& tvFCvtAllocator();

@@ -2,38 +2,35 @@
 #ifndef TV_DECIMAL_BY_PRODUCT_H
 #define TV_DECIMAL_BY_PRODUCT_H
 
-#include "numconv/DecimalScan.h"
 #include "numconv/PowersOfTen.h"
 #include "numconv/RoundToDouble.h"
 
-#include <cstddef>
 #include <cstdint>
 
-/// The bits of the double nearest to 0.d1d2... * 10^point. `leading` is the value of the
-/// first 19 of the `digits` digits, not 0. False when it cannot tell; `bits` is then
-/// within one unit in the last place.
-inline bool doubleByProduct(std::uint64_t leading, std::size_t digits, std::int64_t point,
-                            std::uint64_t& bits)
+/// The bits of the double nearest to leading * 10^power, `leading` not 0; `cut`: `leading`
+/// has 19 digits, and the value is larger by less than one unit of it. False when it cannot
+/// tell; `bits` is then within one unit in the last place.
+inline bool doubleByProduct(std::uint64_t leading, std::int64_t power, bool cut, std::uint64_t& bits)
 {
-    if (point > 309 || point < -323) {
-        bits = point > 0 ? kInfinityBits : 0;
+    // Zero and infinity for every `leading` of 64 bits.
+    if (power < kLowestTenPower || power > 308) {
+        bits = power > 0 ? kInfinityBits : 0;
         return true;
     }
-    const bool cutDigits = digits > kLeadingDigits;
-    const int power = static_cast<int>(point) - static_cast<int>(cutDigits ? kLeadingDigits : digits);
+    const int ten = static_cast<int>(power);
     const int zeros = std::countl_zero(leading);
-    const TenProduct product = multiply(leading << zeros, tenPower(power));
-    const int exponent = floorLog2Pow10(power) + 1 - zeros;
+    const TenProduct product = multiply(leading << zeros, tenPower(ten));
+    const int exponent = floorLog2Pow10(ten) + 1 - zeros;
 
     // A cut power makes the product smaller by less than one unit of `low`, and the value
     // is never exactly that product.
-    const bool exactPower = isExactTenPower(power);
+    const bool exactPower = isExactTenPower(ten);
     bits = roundToDouble(product.high, exponent, !exactPower || product.low != 0 || product.cut);
-    if (!cutDigits && (exactPower || product.low != ~std::uint64_t{0}))
+    if (!cut && (exactPower || product.low != ~std::uint64_t{0}))
         return true;
 
     // Digits that were left out add less than one unit of `leading`.
-    const std::uint64_t above = product.high + 1 + (cutDigits ? std::uint64_t{1} << zeros : 0);
+    const std::uint64_t above = product.high + 1 + (cut ? std::uint64_t{1} << zeros : 0);
     return above > product.high && bits == roundToDouble(above, exponent, true);
 }
 

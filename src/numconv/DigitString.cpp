@@ -1,6 +1,8 @@
 // Strings of digits in blocks of the big-number allocator.
 #include "TvGdImpl.h"
 
+#include "numconv/TvDigitBlocks.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -45,6 +47,8 @@ void TvGdImpl::freedtoa(char* digits)
     int k;
     std::memcpy(&k, block, sizeof k);
     Bigint* b = reinterpret_cast<Bigint*>(block);
+    if (TvDigitBlocks::giveBack(b, k))
+        return;
     b->k = k;
     b->maxwds = 1 << k;
     Bfree(b);

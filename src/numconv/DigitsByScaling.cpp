@@ -72,18 +72,13 @@ int floorLog10(const DoubleParts& parts)
 int significantDigits(std::uint64_t bits, int count, char* out, int* point)
 {
     count = std::max(count, 1);
-    if (count > kMostScaledDigits)
-        return -1;
-    const DoubleParts parts = normalisedParts(bits);
-    const int power = floorLog10(parts);
-    Scaled x;
     std::uint64_t integer;
-    if (!scale(parts, count - 1 - power, x) || !roundToInteger(x, &integer))
+    int power;
+    if (count > kMostScaledDigits || !significantInteger(bits, count, &integer, &power))
         return -1;
+    *point = power + 1;
     int width;
-    const int digits = emitDigits(integer, out, &width);
-    *point = power + 1 + (width - count);
-    return digits;
+    return emitDigits(integer, out, &width);
 }
 
 int digitsThroughPlace(std::uint64_t bits, int places, char* out, int* point)
@@ -110,7 +105,8 @@ int shortestDigits(std::uint64_t bits, char* out, int* point)
     constexpr std::int64_t kDoubt = 2;
     const DoubleParts parts = partsOf(bits);
     const bool halfBelow = lowerGapIsHalf(bits);
-    const int power = halfBelow ? floorLog10ThreeQuartersPow2(parts.exponent) : floorLog10Pow2(parts.exponent);
+    const int power =
+        halfBelow ? floorLog10ThreeQuartersPow2(parts.exponent) : floorLog10Pow2(parts.exponent);
     const TenPower& scaling = tenPower(-power);
     const int up = parts.exponent + floorLog2Pow10(-power);
     const TenProduct product = multiply(parts.mantissa << (up + 1), scaling);
@@ -157,6 +153,20 @@ bool scaledInteger(std::uint64_t bits, int places, std::uint64_t* integer)
 {
     Scaled x;
     return scale(normalisedParts(bits), places, x) && roundToInteger(x, integer);
+}
+
+bool significantInteger(std::uint64_t bits, int count, std::uint64_t* integer, int* power)
+{
+    const DoubleParts parts = normalisedParts(bits);
+    *power = floorLog10(parts);
+    Scaled x;
+    if (!scale(parts, count - 1 - *power, x) || !roundToInteger(x, integer))
+        return false;
+    if (*integer == g_tens[count]) { // nines that were rounded up
+        *integer = g_tens[count - 1];
+        ++*power;
+    }
+    return true;
 }
 
 bool gapIsBelowPlace(std::uint64_t bits, int places)

@@ -19,6 +19,11 @@ int scaledDigits(std::uint64_t bits, int mode, int ndigits, char* out, int* poin
 /// False when it cannot tell or when the result is 2^63 or more.
 bool scaledInteger(std::uint64_t bits, int places, std::uint64_t* integer);
 
+/// The `count` leading digits of |bits| as an integer of `count` digits, ties to even;
+/// `*power` is the place of the first. 1 <= count <= kMostScaledDigits. False when it
+/// cannot tell.
+bool significantInteger(std::uint64_t bits, int count, std::uint64_t* integer, int* power);
+
 /// True when modes 5 and 3 give the same digits for `places`: the doubles around |bits|
 /// lie closer than one unit of the last place.
 bool gapIsBelowPlace(std::uint64_t bits, int places);

@@ -5,7 +5,6 @@
 #include "runtime/TvStartup.h"
 
 #include <cassert>
-#include <cstdint>
 
 Bigint* G_Pow5Data = nullptr;
 
@@ -44,12 +43,6 @@ void TvFCvtAllocator::release()
     for (Bigint*& list : m_free)
         list = nullptr;
     G_Pow5Data = nullptr;
-}
-
-// Bounded before the object is used: an address below the pool wraps to a large offset.
-bool TvFCvtAllocator::owns(const Bigint* b) const
-{
-    return reinterpret_cast<std::uintptr_t>(b) - reinterpret_cast<std::uintptr_t>(m_pool) < kPoolBytes;
 }
 
 Bigint* TvFCvtAllocator::Alloc(int k)

@@ -3,6 +3,7 @@
 #include "TvAlloc.h"
 #include "TvGdImpl.h"
 #include "TvHooks.h"
+#include "numconv/LayoutByScaling.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -106,6 +107,8 @@ void tvFreeCvt(char* digits) { TvGdImpl::freedtoa(digits); }
 void tvFltToF(char* out, double value, int precision)
 {
     precision = std::max(precision, 0);
+    if (fixedText(out, value, precision))
+        return;
     const Digits d = throughPlace(value, precision);
     narrow(out, d,
            [&](char* to) { CvtFormatter<char>::formatF(to, d.text, d.n, precision, d.decpt, d.sign); });
@@ -124,6 +127,8 @@ wchar_t* tvFltToF(double value, int precision)
 void tvFltToE(char* out, double value, int precision, int expChar)
 {
     precision = std::max(precision, 0);
+    if (exponentText(out, value, precision, expChar))
+        return;
     const Digits d = significant(value, digitsOfE(precision));
     narrow(out, d, [&](char* to) {
         CvtFormatter<char>::formatE(to, d.text, d.n, precision, d.decpt, d.sign, expChar);
@@ -143,6 +148,8 @@ wchar_t* tvFltToE(double value, int precision, int expChar)
 void tvFltToG(char* out, double value, int precision, int expChar, int style)
 {
     precision = std::max(precision, 0);
+    if (generalText(out, value, precision, expChar, style))
+        return;
     const Digits d = significant(value, precision);
     narrow(out, d, [&](char* to) {
         CvtFormatter<char>::formatG(to, d.text, d.n, precision, d.decpt, d.sign, expChar, style);

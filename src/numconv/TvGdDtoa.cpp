@@ -4,6 +4,7 @@
 #include "numconv/DigitsByScaling.h"
 #include "numconv/DigitsExact.h"
 #include "numconv/DoubleBits.h"
+#include "numconv/TvDigitBlocks.h"
 
 #include <cstring>
 
@@ -48,7 +49,7 @@ char* TvGdImpl::dtoa(double value, int mode, int ndigits, int* decpt, int* sign,
     int count = -1;
     char* text = nullptr;
     if (!exactOnly && mode != 1) {
-        text = rv_alloc(kScaledDigitsRoom);
+        text = TvDigitBlocks::take();
         if (!text)
             return nullptr;
         count = scaledDigits(bits, mode, ndigits, text, decpt);

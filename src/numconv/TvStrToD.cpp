@@ -14,20 +14,19 @@ template<class Char>
 void divideExactly(const DecimalText<Char>& number, std::uint64_t& bits)
 {
     char digits[kDigitsThatCount];
-    const int n = static_cast<int>(std::min<std::size_t>(number.digits, kDigitsThatCount));
-    const Char* s = number.first;
-    for (int i = 0; i < n; ++s) {
-        if (*s != Char('.'))
-            digits[i++] = static_cast<char>(*s);
-    }
+    int n = 0;
     bool more = false;
-    for (std::size_t i = kDigitsThatCount; i < number.digits && !more; ++s) {
-        if (*s != Char('.')) {
-            more = *s != Char('0');
-            ++i;
+    for (const Char* s = number.digits; s < number.digitsEnd; ++s) {
+        if (*s == Char('.') || (n == 0 && *s == Char('0')))
+            continue;
+        if (n < kDigitsThatCount) {
+            digits[n++] = static_cast<char>(*s);
+        } else {
+            more = more || *s != Char('0');
         }
     }
-    if (!exactDouble(digits, n, number.point, more, bits))
+    const int leading = std::min(n, static_cast<int>(kLeadingDigits));
+    if (!exactDouble(digits, n, number.power + leading, more, bits))
         errno = ENOMEM;
 }
 
@@ -38,8 +37,8 @@ double convert(const Char* text, Char** end)
     if (end)
         *end = const_cast<Char*>(number.end ? number.end : text);
     std::uint64_t bits = 0;
-    if (number.digits != 0) {
-        if (!doubleByProduct(number.leading, number.digits, number.point, bits))
+    if (number.leading != 0) {
+        if (!doubleByProduct(number.leading, number.power, number.cut, bits))
             divideExactly(number, bits);
         if (bits == 0 || bits == kInfinityBits)
             errno = ERANGE;

@@ -61,8 +61,7 @@ TEST(DigitsExact, RandomValues)
 
 TEST(DigitsExact, ExtremeCounts)
 {
-    for (const int count :
-         {std::numeric_limits<int>::max(), -2000000000, -400, 2000}) {
+    for (const int count : {std::numeric_limits<int>::max(), -2000000000, -400, 2000}) {
         for (const double value : {5e-324, 1.0 / 3, 1e22, 1.7976931348623157e308}) {
             for (int mode = 2; mode <= 5; ++mode) {
                 if (mode == 2 || mode == 4 || count != std::numeric_limits<int>::max()) {

@@ -23,11 +23,12 @@ std::uint64_t byDivision(const ExactDecimal& x, bool more = false)
 // True when the multiplication could tell; when it could not, it must be next to right.
 bool checkProduct(const ExactDecimal& x, std::uint64_t expected)
 {
+    const int used = std::min(static_cast<int>(x.digits.size()), 19);
     std::uint64_t leading = 0;
-    for (std::size_t i = 0; i < std::min<std::size_t>(x.digits.size(), 19); ++i)
-        leading = leading * 10 + static_cast<unsigned>(x.digits[i] - '0');
+    for (int i = 0; i < used; ++i)
+        leading = leading * 10 + static_cast<unsigned>(x.digits[static_cast<std::size_t>(i)] - '0');
     std::uint64_t bits = 0;
-    const bool told = doubleByProduct(leading, x.digits.size(), x.point, bits);
+    const bool told = doubleByProduct(leading, x.point - used, x.digits.size() > 19, bits);
     if (told) {
         EXPECT_EQ(bits, expected) << textOf(x);
     } else {

@@ -1,0 +1,336 @@
+// Doubles to text and back, beside the C++ library, {fmt}, double-conversion, fast_float
+// and the C library. Time per number; before a row runs its results are compared with the
+// C library's.
+#include "TvGdImpl.h"
+#include "TvNumber.h"
+
+#include <benchmark/benchmark.h>
+#include <double-conversion/double-conversion.h>
+#include <fast_float/fast_float.h>
+#include <fmt/compile.h>
+#include <fmt/format.h>
+
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int kNumbers = 4096;
+constexpr std::size_t kTextRoom = 512;
+
+enum Input { Coordinates, RandomBits, ShortDecimals };
+
+std::vector<double> numbers(Input input)
+{
+    std::mt19937_64 random(42);
+    std::vector<double> values;
+    while (values.size() < kNumbers) {
+        const std::uint64_t b = random();
+        double value = 0;
+        switch (input) {
+        case Coordinates: {
+            // Half short decimals, half computed values, 0.001 to 1e5, a quarter negative.
+            const double size = std::pow(10.0, static_cast<double>(b >> 40) / 0x1p24 * 8 - 3);
+            value = b & 1 ? size : std::round(size * 1000) / 1000;
+            if ((b >> 1 & 3) == 0)
+                value = -value;
+            break;
+        }
+        case RandomBits:
+            value = std::bit_cast<double>(b);
+            break;
+        case ShortDecimals:
+            value = static_cast<double>(b >> 44) / 1000;
+            break;
+        }
+        if (std::isfinite(value) && value != 0)
+            values.push_back(value);
+    }
+    return values;
+}
+
+const std::vector<double>& inputOf(Input input)
+{
+    static const std::vector<double> sets[] = {numbers(Coordinates), numbers(RandomBits),
+                                               numbers(ShortDecimals)};
+    return sets[input];
+}
+
+// The texts to parse: half decimals with 2 to 6 places, half 17 significant digits.
+const std::vector<std::string>& textsOf(Input input)
+{
+    static std::vector<std::string> sets[3];
+    std::vector<std::string>& texts = sets[input];
+    if (texts.empty()) {
+        int i = 0;
+        for (const double value : inputOf(input)) {
+            char text[kTextRoom];
+            if (input == RandomBits || (i % 2 && input == Coordinates))
+                std::snprintf(text, sizeof text, "%.17g", value);
+            else
+                std::snprintf(text, sizeof text, "%.*f", 2 + i / 2 % 5, value);
+            texts.push_back(text);
+            ++i;
+        }
+    }
+    return texts;
+}
+
+const std::vector<std::wstring>& wideTextsOf(Input input)
+{
+    static std::vector<std::wstring> sets[3];
+    std::vector<std::wstring>& texts = sets[input];
+    if (texts.empty()) {
+        for (const std::string& text : textsOf(input))
+            texts.emplace_back(text.begin(), text.end());
+    }
+    return texts;
+}
+
+// Every writer gets room and a value, and answers the end of what it wrote. `check` writes
+// what the comparison reads.
+template<class Writer, class Check>
+void write(benchmark::State& state, Input input, Writer writer, Check check, const char* format)
+{
+    char text[kTextRoom], expected[kTextRoom];
+    for (const double value : inputOf(input)) {
+        *check(text, value) = '\0';
+        if (format)
+            std::snprintf(expected, sizeof expected, format, value);
+        if (std::strtod(text, nullptr) != (format ? std::strtod(expected, nullptr) : value)) {
+            state.SkipWithError("wrong text");
+            return;
+        }
+    }
+    const double* values = inputOf(input).data();
+    while (state.KeepRunningBatch(kNumbers)) {
+        for (int i = 0; i < kNumbers; ++i) {
+            benchmark::DoNotOptimize(writer(text, values[i]));
+            benchmark::ClobberMemory();
+        }
+    }
+}
+
+// The digits of the library stand in a block of its own, which is given back.
+template<int Mode, int Digits>
+char* digitsLibrary(char*, double value)
+{
+    int point, sign;
+    char* digits = TvGdImpl::dtoa(value, Mode, Digits, &point, &sign, nullptr);
+    benchmark::DoNotOptimize(*digits);
+    TvGdImpl::freedtoa(digits);
+    return digits;
+}
+
+// The same as text that the comparison can read.
+template<int Mode, int Digits>
+char* writeDigits(char* out, double value)
+{
+    int point, sign;
+    char* end;
+    char* digits = TvGdImpl::dtoa(value, Mode, Digits, &point, &sign, &end);
+    const std::size_t n = static_cast<std::size_t>(end - digits);
+    *out = '-';
+    out += sign;
+    *out++ = '.';
+    std::memcpy(out, digits, n);
+    TvGdImpl::freedtoa(digits);
+    out += n;
+    *out++ = 'e';
+    CvtFormatter<char>::expToAscii(out, point);
+    return out;
+}
+
+const double_conversion::DoubleToStringConverter& converter()
+{
+    static const double_conversion::DoubleToStringConverter c(
+        double_conversion::DoubleToStringConverter::NO_FLAGS, "inf", "nan", 'e', -6, 21, 6, 0);
+    return c;
+}
+
+template<class Conversion>
+char* byDoubleConversion(char* out, Conversion conversion)
+{
+    double_conversion::StringBuilder builder(out, kTextRoom);
+    conversion(builder);
+    const int n = builder.position();
+    builder.Finalize();
+    return out + n;
+}
+
+using WriteFunction = char* (*)(char*, double);
+
+char* shortestToChars(char* t, double v) { return std::to_chars(t, t + kTextRoom, v).ptr; }
+char* shortestFmt(char* t, double v) { return fmt::format_to(t, FMT_COMPILE("{}"), v); }
+char* shortestDoubleConversion(char* t, double v)
+{
+    return byDoubleConversion(t, [v](auto& b) { converter().ToShortest(v, &b); });
+}
+
+char* digits17ToChars(char* t, double v)
+{
+    return std::to_chars(t, t + kTextRoom, v, std::chars_format::scientific, 16).ptr;
+}
+char* digits17Fmt(char* t, double v) { return fmt::format_to(t, FMT_COMPILE("{:.16e}"), v); }
+char* digits17Libc(char* t, double v) { return t + std::snprintf(t, kTextRoom, "%.16e", v); }
+char* digits17DoubleConversion(char* t, double v)
+{
+    return byDoubleConversion(t, [v](auto& b) { converter().ToExponential(v, 16, &b); });
+}
+
+char* f6Library(char* t, double v)
+{
+    tvFltToF(t, v, 6);
+    return t + std::strlen(t);
+}
+char* f6ToChars(char* t, double v)
+{
+    return std::to_chars(t, t + kTextRoom, v, std::chars_format::fixed, 6).ptr;
+}
+char* f6Fmt(char* t, double v) { return fmt::format_to(t, FMT_COMPILE("{:.6f}"), v); }
+char* f6Libc(char* t, double v) { return t + std::snprintf(t, kTextRoom, "%.6f", v); }
+char* f6DoubleConversion(char* t, double v)
+{
+    return byDoubleConversion(t, [v](auto& b) { converter().ToFixed(v, 6, &b); });
+}
+
+char* g15Library(char* t, double v)
+{
+    tvFltToG(t, v, 15, 'e', 0);
+    return t + std::strlen(t);
+}
+char* g15ToChars(char* t, double v)
+{
+    return std::to_chars(t, t + kTextRoom, v, std::chars_format::general, 15).ptr;
+}
+char* g15Fmt(char* t, double v) { return fmt::format_to(t, FMT_COMPILE("{:.15g}"), v); }
+char* g15Libc(char* t, double v) { return t + std::snprintf(t, kTextRoom, "%.15g", v); }
+char* g15DoubleConversion(char* t, double v)
+{
+    return byDoubleConversion(t, [v](auto& b) { converter().ToPrecision(v, 15, &b); });
+}
+
+template<class Text, class Reader>
+void read(benchmark::State& state, const std::vector<Text>& texts, Input input, Reader reader)
+{
+    const std::vector<std::string>& narrow = textsOf(input);
+    for (int i = 0; i < kNumbers; ++i) {
+        if (reader(texts[static_cast<std::size_t>(i)]) !=
+            std::strtod(narrow[static_cast<std::size_t>(i)].c_str(), nullptr)) {
+            state.SkipWithError("wrong number");
+            return;
+        }
+    }
+    while (state.KeepRunningBatch(kNumbers)) {
+        for (const Text& text : texts)
+            benchmark::DoNotOptimize(reader(text));
+    }
+}
+
+double parseLibrary(const std::string& t) { return tvStrToD(t.c_str(), nullptr); }
+double parseWideLibrary(const std::wstring& t) { return tvStrToD(t.c_str(), nullptr); }
+double parseLibc(const std::string& t) { return std::strtod(t.c_str(), nullptr); }
+double parseWideLibc(const std::wstring& t) { return std::wcstod(t.c_str(), nullptr); }
+double parseFromChars(const std::string& t)
+{
+    double value = 0;
+    std::from_chars(t.data(), t.data() + t.size(), value);
+    return value;
+}
+double parseFastFloat(const std::string& t)
+{
+    double value = 0;
+    fast_float::from_chars(t.data(), t.data() + t.size(), value);
+    return value;
+}
+double parseWideByNarrowing(const std::wstring& t)
+{
+    char narrow[kTextRoom];
+    std::size_t n = 0;
+    for (; t[n]; ++n)
+        narrow[n] = static_cast<char>(t[n]);
+    double value = 0;
+    fast_float::from_chars(narrow, narrow + n, value);
+    return value;
+}
+
+const char* const kInputNames[] = {"coords", "randombits", "shortdecimals"};
+
+void addWriters(const char* row, const char* format,
+                std::initializer_list<std::pair<const char*, WriteFunction>> writers, bool ofCoordinatesOnly,
+                WriteFunction checkOfLibrary = nullptr)
+{
+    for (const Input input : {Coordinates, RandomBits, ShortDecimals}) {
+        if (ofCoordinatesOnly && input == RandomBits)
+            continue;
+        for (const auto& [name, writer] : writers) {
+            benchmark::RegisterBenchmark(
+                (std::string(row) + "_" + kInputNames[input] + "/" + name).c_str(),
+                [input, writer = writer,
+                 check = checkOfLibrary && &writer == &writers.begin()->second ? checkOfLibrary : writer,
+                 format](benchmark::State& s) { write(s, input, writer, check, format); });
+        }
+    }
+}
+
+template<class Text, class Reader>
+void addReader(const char* row, const char* name, Input input, const std::vector<Text>& texts, Reader reader)
+{
+    benchmark::RegisterBenchmark(
+        (std::string(row) + "_" + kInputNames[input] + "/" + name).c_str(),
+        [&texts, input, reader](benchmark::State& s) { read(s, texts, input, reader); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    addWriters("dtoa/shortest", nullptr,
+               {{"tv", digitsLibrary<0, 0>},
+                {"to_chars", shortestToChars},
+                {"fmt", shortestFmt},
+                {"double_conversion", shortestDoubleConversion}},
+               false, writeDigits<0, 0>);
+    addWriters("dtoa/digits17", "%.16e",
+               {{"tv", digitsLibrary<2, 17>},
+                {"to_chars", digits17ToChars},
+                {"fmt", digits17Fmt},
+                {"double_conversion", digits17DoubleConversion},
+                {"snprintf", digits17Libc}},
+               false, writeDigits<2, 17>);
+    addWriters("dtoa/f6", "%.6f",
+               {{"tv", f6Library},
+                {"to_chars", f6ToChars},
+                {"fmt", f6Fmt},
+                {"double_conversion", f6DoubleConversion},
+                {"snprintf", f6Libc}},
+               true);
+    addWriters("dtoa/g15", "%.15g",
+               {{"tv", g15Library},
+                {"to_chars", g15ToChars},
+                {"fmt", g15Fmt},
+                {"double_conversion", g15DoubleConversion},
+                {"snprintf", g15Libc}},
+               false);
+    for (const Input input : {Coordinates, RandomBits, ShortDecimals}) {
+        addReader("atod/mix", "tv", input, textsOf(input), parseLibrary);
+        addReader("atod/mix", "from_chars", input, textsOf(input), parseFromChars);
+        addReader("atod/mix", "fast_float", input, textsOf(input), parseFastFloat);
+        addReader("atod/mix", "strtod", input, textsOf(input), parseLibc);
+        addReader("atod/wide_mix", "tv", input, wideTextsOf(input), parseWideLibrary);
+        addReader("atod/wide_mix", "narrowed_fast_float", input, wideTextsOf(input), parseWideByNarrowing);
+        addReader("atod/wide_mix", "wcstod", input, wideTextsOf(input), parseWideLibc);
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+}
