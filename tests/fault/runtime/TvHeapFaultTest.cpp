@@ -1,0 +1,172 @@
+#include "EachTestAlone.h"
+#include "FailMapping.h"
+#include "FailNth.h"
+#include "PooledHeap.h"
+#include "runtime/TvHeapCheck.h"
+#include "runtime/TvHeapPending.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr long kTries = 6; // calls of mprotect for one commit
+
+class TvHeapFault : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!runPageSearchDown())
+            GTEST_SKIP() << "no reserved range in this process";
+    }
+    void TearDown() override
+    {
+        for (void* ptr : m_taken)
+            _tvFree(ptr);
+        EXPECT_STREQ(TvHeapInternals::checkHeap(g_tvGlobalHeap), nullptr);
+    }
+    void* take(std::size_t size)
+    {
+        m_taken.push_back(nullptr);
+        return m_taken.back() = _tvMalloc(size);
+    }
+    void fillPage()
+    {
+        for (int i = 0; i < 254; ++i)
+            take(4096);
+    }
+    std::vector<void*> m_taken;
+};
+
+TEST_F(TvHeapFault, FiveFailedTriesOfACommitDoNoHarm)
+{
+    fillPage();
+    m_taken.reserve(300);
+    FailMapping fail(FailMapping::Protect, 1, kTries - 1);
+    void* const ptr = take(4096);
+    EXPECT_TRUE(fail.fired());
+    EXPECT_EQ(fail.calls(), kTries);
+    EXPECT_TRUE(g_tvGlobalHeap.isResident(ptr));
+}
+
+TEST_F(TvHeapFault, AFailedCommitOfANewPageKeepsItsIdAndServesFromMalloc)
+{
+    fillPage();
+    const short hint = g_tvGlobalHeap.m_searchHint;
+    void* ptr = nullptr;
+    {
+        FailMapping fail(FailMapping::Protect, 1, kTries);
+        ptr = take(4096);
+        EXPECT_EQ(fail.calls(), kTries);
+    }
+    ASSERT_NE(ptr, nullptr);
+    EXPECT_EQ(g_tvGlobalHeap.m_pageFlags[hint], 3);
+    EXPECT_EQ(g_tvGlobalHeap.m_searchHint, hint - 1);
+    std::memset(ptr, 1, 4096);
+    EXPECT_EQ(TvHeapConfigurator::sGetPageId(take(4096)), hint - 1);
+}
+
+TEST_F(TvHeapFault, AFailedCommitOfAWholePageServesFromMalloc)
+{
+    const short hint = g_tvGlobalHeap.m_searchHint;
+    FailMapping fail(FailMapping::Protect, 1, kTries);
+    void* const page = tvAllocPage();
+    m_taken.push_back(page);
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(g_tvGlobalHeap.m_pageFlags[hint], 3);
+    EXPECT_EQ(g_tvGlobalHeap.pageHeaps[hint].pageId, -1);
+    EXPECT_EQ(g_tvGlobalHeap.pagePools[256]->fullPages, nullptr);
+}
+
+TEST_F(TvHeapFault, AFailedRecommitLeavesThePageOnTheDecommittedList)
+{
+    for (int i = 0; i < 14; ++i)
+        take(4096);
+    auto* const page = g_tvGlobalHeap.m_decommittedPages;
+    ASSERT_NE(page, nullptr);
+    {
+        FailMapping fail(FailMapping::Protect, 1, kTries);
+        EXPECT_NE(take(4096), nullptr);
+        EXPECT_TRUE(fail.fired());
+    }
+    EXPECT_EQ(g_tvGlobalHeap.m_decommittedPages, page);
+    EXPECT_EQ(g_tvGlobalHeap.m_freeBlockPages, nullptr);
+    EXPECT_EQ(page->decommittedCount, 240);
+    EXPECT_STREQ(TvHeapInternals::checkHeap(g_tvGlobalHeap), nullptr);
+    EXPECT_TRUE(g_tvGlobalHeap.isResident(take(4096))) << "the next request tries again";
+}
+
+TEST_F(TvHeapFault, WithoutPageAndMallocARequestIsNull)
+{
+    fillPage();
+    FailMapping commit(FailMapping::Protect, 1, kTries);
+    FailNth memory(FailNth::Malloc, 1);
+    void* const ptr = _tvMalloc(4096);
+    EXPECT_EQ(ptr, nullptr);
+}
+
+TEST_F(TvHeapFault, AnUnpooledRequestIsNull)
+{
+    HeapBalance balance;
+    FailNth fail(FailNth::Malloc, 1, FailNth::FromThenOn);
+    EXPECT_EQ(_tvMalloc(300), nullptr);
+    EXPECT_EQ(tvAllocPageHeap(5000), nullptr);
+    EXPECT_EQ(_tvRealloc(nullptr, 20), nullptr);
+}
+
+TEST_F(TvHeapFault, AResizeThatFailsKeepsThePooledUnit)
+{
+    char* const ptr = static_cast<char*>(take(20));
+    std::strcpy(ptr, "still here");
+    FailNth fail(FailNth::Malloc, 1);
+    EXPECT_EQ(_tvRealloc(ptr, 300), nullptr);
+    EXPECT_STREQ(ptr, "still here");
+}
+
+TEST_F(TvHeapFault, ADuplicateWithoutMemoryIsNull)
+{
+    const std::wstring text(2000, L'x');
+    FailNth fail(FailNth::Malloc, 1);
+    EXPECT_EQ(_tvStrdup(text.c_str()), nullptr);
+}
+
+// Whatever mapping call fails, from the first to the last that the traffic makes.
+TEST_F(TvHeapFault, AnyMappingCallMayFail)
+{
+    for (long nth = 1; nth < 400; nth += nth < 40 ? 1 : 7) {
+        std::vector<void*> taken;
+        taken.reserve(700);
+        bool fired = false;
+        {
+            FailMapping fail(FailMapping::Protect, nth, kTries);
+            for (int i = 0; i < 600; ++i)
+                taken.push_back(_tvMalloc(i % 3 == 0 ? 2048 : 4096));
+            taken.push_back(tvAllocPage());
+            for (void* ptr : taken)
+                _tvFree(ptr);
+            fired = fail.fired();
+        }
+        ASSERT_STREQ(TvHeapInternals::checkHeap(g_tvGlobalHeap), nullptr) << nth;
+        if (!fired)
+            break;
+    }
+    EXPECT_EQ(pooledUnitsInUse(), 0);
+}
+
+TEST(TvHeapReservation, ACandidateThatCannotBeMappedIsPassedOver)
+{
+    FailMapping fail(FailMapping::Map, 1, 100);
+    EXPECT_EQ(TvHeapConfigurator::tvMemoryInitialize(0x200000000), nullptr);
+}
+
+TEST(TvLock, WithoutMemoryThereIsNoLock)
+{
+    FailNth fail(FailNth::New, 1, FailNth::FromThenOn);
+    EXPECT_EQ(createTvLock(), nullptr);
+    TvLocker locker;
+}
+
+} // namespace
