@@ -43,6 +43,7 @@ void addMapOption(CLI::App& command, Shared& shared);
 void addRecode(CLI::App& app, Shared& shared);
 void addList(CLI::App& app, Shared& shared);
 void addMap(CLI::App& app, Shared& shared);
+void addNum(CLI::App& app, Shared& shared);
 
 /// Prints one line, "tvbase: " and the text, on standard error.
 void complain(const std::string& message);

@@ -33,6 +33,7 @@ int main(int argc, char** argv)
     addRecode(app, shared);
     addList(app, shared);
     addMap(app, shared);
+    addNum(app, shared);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

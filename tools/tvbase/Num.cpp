@@ -1,0 +1,137 @@
+// tvbase num - numbers to text and back, correctly rounded.
+#include "Command.h"
+
+#include "TvGdImpl.h"
+#include "TvNumber.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int kMostDigits = 2000;
+constexpr std::size_t kTextRoom = kMostDigits + 400; // the largest double has 309 digits
+
+struct NumOptions {
+    std::vector<std::string> texts;
+    bool fixed = false;
+    bool exponent = false;
+    bool general = false;
+    int precision = 6;
+};
+
+// The shortest digits that read back, without an exponent where 17 digits reach.
+std::string shortest(double value)
+{
+    if (!std::isfinite(value))
+        return std::isnan(value) ? "NaN" : value < 0 ? "-Infinity" : "Infinity";
+    int point, sign;
+    char* digits = TvGdImpl::dtoa(value, 0, 0, &point, &sign, nullptr);
+    if (!digits)
+        throw std::bad_alloc();
+    char text[64];
+    CvtFormatter<char>::formatG(text, digits, static_cast<int>(std::strlen(digits)), 17, point, sign, 'e', 0);
+    TvGdImpl::freedtoa(digits);
+    return text;
+}
+
+std::string formatted(double value, const NumOptions& options)
+{
+    char text[kTextRoom];
+    if (options.fixed)
+        tvFltToF(text, value, options.precision);
+    else if (options.exponent)
+        tvFltToE(text, value, options.precision, 'e');
+    else if (options.general)
+        tvFltToG(text, value, options.precision, 'e', 0);
+    else
+        return shortest(value);
+    return text;
+}
+
+void printFormatted(const std::string&, double value, std::size_t, const NumOptions& options)
+{
+    std::printf("%s\n", formatted(value, options).c_str());
+}
+
+void printParsed(const std::string& text, double value, std::size_t used, const NumOptions&)
+{
+    char exact[64];
+    tvFltToG(exact, value, 17, 'e', 0);
+    std::printf("%s\t%s\t%016llX\t%zu\t%s\n", text.c_str(), exact,
+                static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(value)), used,
+                shortest(value).c_str());
+}
+
+using Print = void (*)(const std::string& text, double value, std::size_t used, const NumOptions& options);
+
+void convert(const std::string& text, const NumOptions& options, Print print, Shared& shared)
+{
+    char* end = nullptr;
+    const double value = tvStrToD(text.c_str(), &end);
+    if (end == text.c_str()) {
+        complain("\"" + text + "\" is no number");
+        shared.status = kExitFailed;
+        return;
+    }
+    print(text, value, static_cast<std::size_t>(end - text.c_str()), options);
+}
+
+void run(const NumOptions& options, Print print, Shared& shared)
+{
+    for (const std::string& text : options.texts)
+        convert(text, options, print, shared);
+    if (!options.texts.empty())
+        return;
+    for (std::string line; std::getline(std::cin, line);) {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        convert(line, options, print, shared);
+    }
+}
+
+void addFormat(CLI::App& num, Shared& shared, NumOptions& options)
+{
+    CLI::App* command =
+        num.add_subcommand("format", "Write numbers anew: the shortest text that reads back, or as told");
+    CLI::Option* fixed = command->add_flag("-f,--fixed", options.fixed, "Places behind the point: 1.500000");
+    CLI::Option* exponent =
+        command->add_flag("-e,--exponent", options.exponent, "One digit and an exponent: 1.500000e+000");
+    CLI::Option* general = command->add_flag("-g,--general", options.general, "Significant digits: 1.5");
+    fixed->excludes(exponent)->excludes(general);
+    exponent->excludes(general);
+    command->add_option("-p,--precision", options.precision, "Places or digits of -f, -e and -g")
+        ->check(CLI::Range(0, kMostDigits))
+        ->capture_default_str();
+    command->add_option("NUMBER", options.texts, "Numbers (else one a line from standard input)");
+    command->footer("Example:\n  tvbase num format -f --precision 3 -- 2.0005 -1e2");
+    command->callback([&shared, &options] { run(options, printFormatted, shared); });
+}
+
+void addParse(CLI::App& num, Shared& shared, NumOptions& options)
+{
+    CLI::App* command = num.add_subcommand(
+        "parse", "Show what a text reads as: text, 17 digits, bits, characters used, shortest text");
+    command->add_option("TEXT", options.texts, "Texts (else one a line from standard input)");
+    command->footer("Example:\n  tvbase num parse 0.1 12.5mm");
+    command->callback([&shared, &options] { run(options, printParsed, shared); });
+}
+
+} // namespace
+
+void addNum(CLI::App& app, Shared& shared)
+{
+    static NumOptions format, parse;
+    CLI::App* num = app.add_subcommand("num", "Numbers to text and back, correctly rounded");
+    num->require_subcommand(1);
+    num->footer("Example:\n  tvbase num format 0.1000000000000000055511");
+    addFormat(*num, shared, format);
+    addParse(*num, shared, parse);
+}
