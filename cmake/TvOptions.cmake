@@ -1,6 +1,7 @@
 # Build options and the compile flags that every target of this project shares.
 
-option(TVOSBASE_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(TVOSBASE_BUILD_TOOLS "Build tvbase and the table generators" ${PROJECT_IS_TOP_LEVEL})
+option(TVOSBASE_BUILD_TESTS "Build the tests, which need the tools" ${PROJECT_IS_TOP_LEVEL})
 option(TVOSBASE_BUILD_BENCH "Build the benchmarks" OFF)
 option(TVOSBASE_BUILD_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(TVOSBASE_WERROR "Treat compiler warnings as errors" OFF)
