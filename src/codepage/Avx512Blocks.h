@@ -108,6 +108,13 @@ TV_AVX512_STEP __m512i packShort(__m512i v0, __m512i v1)
     return _mm512_permutex2var_epi16(v0, _mm512_slli_epi16(countShort(0), 1), v1);
 }
 
+// The low bytes of 64 16-bit elements.
+TV_AVX512_STEP __m512i packBytes(__m512i units0, __m512i units1)
+{
+    return _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtepi16_epi8(units0)),
+                              _mm512_cvtepi16_epi8(units1), 1);
+}
+
 // As loadBytes, from `offset` on: the bytes behind each byte of a block.
 TV_AVX512_STEP __m512i loadBytesAt(const unsigned char* src, std::size_t count, std::size_t offset)
 {

@@ -259,9 +259,12 @@ TV_AVX512 KernelProgress avx512DecodeDouble(const unsigned char* src, std::size_
         const std::uint64_t high = _mm512_movepi8_mask(b);
         const std::uint64_t ends =
             _mm512_testn_epi8_mask(b, b) | _mm512_cmpeq_epi8_mask(b, _mm512_set1_epi8('\\'));
-        if ((high | ends | trailBefore | pending.count) == 0) {
+        if ((high | trailBefore | pending.count) == 0) { // ASCII alone
             storeBytesWide(dst + written, b);
-            written += 64;
+            const std::size_t good = _tzcnt_u64(ends); // 64 when there is none
+            written += good;
+            if (ends)
+                return {at + good, written};
             continue;
         }
         const std::uint64_t mayLead =
@@ -369,6 +372,16 @@ TV_AVX512 KernelProgress avx512EncodeDouble(const wchar_t* src, std::size_t coun
     while (at < count) {
         const std::size_t left = count - at;
         const Units units = loadUnits(src + at, left);
+        if (units.foreign == 0) {
+            _mm512_storeu_si512(out, packBytes(units.half[0], units.half[1]));
+            if (units.stops) {
+                const std::size_t good = _tzcnt_u64(units.stops);
+                return {at + good, static_cast<std::size_t>(out - dst) + good};
+            }
+            at += 64;
+            out += 64;
+            continue;
+        }
         const auto foreign0 = static_cast<__mmask32>(units.foreign);
         const auto foreign1 = static_cast<__mmask32>(units.foreign >> 32);
         if (_mm_popcnt_u32(foreign0) > kFew || _mm_popcnt_u32(foreign1) > kFew) {

@@ -72,9 +72,11 @@ TV_AVX512 std::size_t avx512Utf8Decode(const unsigned char* src, std::size_t cou
         const __m512i b = loadBytes(src + at, left);
         const std::uint64_t high = _mm512_movepi8_mask(b);
         const std::uint64_t zero = _mm512_testn_epi8_mask(b, b);
-        if ((high | zero) == 0) {
+        if (high == 0) {
             storeBytesWide(out, b);
-            out += 64;
+            out += _tzcnt_u64(zero); // 64 when there is none
+            if (zero)
+                break;
             leadBefore = lead3Before = secondBefore = 0;
             continue;
         }

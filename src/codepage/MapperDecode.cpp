@@ -7,8 +7,6 @@
 #include "codepage/TextKernels.h"
 #include "codepage/Utf8Text.h"
 
-#include <optional>
-
 namespace TvDetail {
 
 namespace {
@@ -16,32 +14,15 @@ namespace {
 constexpr int kCifLength = 7;
 constexpr int kMifLength = 8;
 
-// The lead bytes as the kernels take them; none when there are more ranges than that.
-std::optional<LeadRanges> leadRanges(const EkCodepageMapper& mapper)
-{
-    const int count = mapper.m_leadBytes.length();
-    if (count < 1 || count > 2)
-        return std::nullopt;
-    LeadRanges leads;
-    for (int i = 0; i < 2; ++i) {
-        const EkLeaderBytes range = mapper.m_leadBytes.asArrayPtr()[i < count ? i : 0];
-        if (range.first < 0x80 || range.first > range.last)
-            return std::nullopt;
-        leads.first[i] = range.first;
-        leads.last[i] = range.last;
-    }
-    return leads;
-}
-
 // One conversion. The kernels run over what is easy; each stop of theirs, and every byte
 // while there is no index, is one step() here.
 class Decoder {
 public:
     Decoder(code_page_id cp, const char* src, std::size_t count, TvVector<wchar_t>& out)
         : m_cp(TvCharConverter::checkTheSameCP(cp)), m_src(reinterpret_cast<const unsigned char*>(src)),
-          m_count(count), m_out(out)
+          m_count(count), m_out(out), m_page(MapperAccess::of(m_cp))
     {
-        use(MapperAccess::of(m_cp));
+        takeLeadBytes();
     }
 
     void run()
@@ -68,12 +49,21 @@ private:
         return m_out.makeRoom(least, least + m_at / 2);
     }
 
-    void use(const MapperAccess& page)
+    // The lead bytes as the kernels take them; no kernels where there are others than that.
+    void takeLeadBytes()
     {
-        m_page = page;
-        m_leads = page.mapper ? leadRanges(*page.mapper) : std::nullopt;
-        if (page.mapper && page.mapper->m_leadBytes.length() > 0 && !m_leads)
-            m_page.index = nullptr; // ranges that the kernels do not know
+        m_hasLeads = m_page.mapper && m_page.mapper->m_leadBytes.length() > 0;
+        if (!m_hasLeads)
+            return;
+        const int count = m_page.mapper->m_leadBytes.length();
+        const EkLeaderBytes* ranges = m_page.mapper->m_leadBytes.asArrayPtr();
+        for (int i = 0; i < 2; ++i) {
+            const EkLeaderBytes range = ranges[count == 1 ? 0 : i];
+            m_leads.first[i] = range.first;
+            m_leads.last[i] = range.last;
+            if (count > 2 || range.first < 0x80 || range.first > range.last)
+                m_page.index = nullptr;
+        }
     }
 
     void runKernel()
@@ -82,8 +72,9 @@ private:
         const CodepageTables& tables = m_page.index->tables;
         const unsigned char* from = m_src + m_at;
         const std::size_t left = m_count - m_at;
-        const KernelProgress done = m_leads ? kernels.decodeDouble(from, left, m_out.end(), tables, *m_leads)
-                                            : kernels.decodeSingle(from, left, m_out.end(), tables);
+        const KernelProgress done = m_hasLeads
+                                        ? kernels.decodeDouble(from, left, m_out.end(), tables, m_leads)
+                                        : kernels.decodeSingle(from, left, m_out.end(), tables);
         m_at += done.read;
         m_out.advance(done.written);
     }
@@ -143,8 +134,10 @@ private:
         }
         if (!m_loadTried) {
             m_loadTried = true;
-            if (!m_page.isLoaded())
-                use(MapperAccess::loaded(m_cp));
+            if (!m_page.isLoaded()) {
+                m_page = MapperAccess::loaded(m_cp);
+                takeLeadBytes();
+            }
         }
         const unsigned code = pair ? lead * 256u + trail : lead;
         const int found = m_page.decode(code);
@@ -169,8 +162,9 @@ private:
     std::size_t m_count;
     std::size_t m_at = 0;
     ResultVector<wchar_t> m_out;
-    MapperAccess m_page{};
-    std::optional<LeadRanges> m_leads;
+    MapperAccess m_page;
+    bool m_hasLeads = false;
+    LeadRanges m_leads;
     bool m_loadTried = false; // once a text: a file that lacks the table now lacks it for all of it
 };
 
