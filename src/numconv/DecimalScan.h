@@ -2,6 +2,8 @@
 #ifndef TV_DECIMAL_SCAN_H
 #define TV_DECIMAL_SCAN_H
 
+#include "numconv/EmitDigits.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -31,7 +33,7 @@ inline unsigned digitOf(Char c)
     return static_cast<unsigned>(c) - unsigned{'0'};
 }
 
-/// Eight characters that are digits, as bytes, the first in the lowest.
+/// Eight characters as bytes, the first in the lowest.
 inline std::uint64_t eightCharacters(const char* s)
 {
     std::uint64_t bytes;
@@ -39,6 +41,7 @@ inline std::uint64_t eightCharacters(const char* s)
     return bytes;
 }
 
+// Characters other than digits become some byte.
 inline std::uint64_t eightCharacters(const wchar_t* s)
 {
     const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
@@ -57,12 +60,19 @@ inline std::uint64_t joinDigits(std::uint64_t digits)
 
 constexpr std::uint64_t kEightZeros = 0x3030303030303030;
 
-/// value * 10^count + the value of `count` digits at `s`, modulo 2^64.
+/// value * 10^count + the value of the `count` digits from `s` to `end`, modulo 2^64. From
+/// `begin` on, not behind `s`, everything may be read.
 template<class Char>
-inline std::uint64_t appendDigits(std::uint64_t value, const Char* s, const Char* end)
+inline std::uint64_t appendDigits(std::uint64_t value, const Char* begin, const Char* s, const Char* end)
 {
     for (; end - s >= 8; s += 8)
         value = value * 100000000 + joinDigits(eightCharacters(s) - kEightZeros);
+    if (s < end && end - begin >= 8) {
+        // The last eight characters, with those in front of `s` taken as zeros.
+        const auto count = static_cast<unsigned>(end - s);
+        const std::uint64_t mask = ~std::uint64_t{0} << (64 - 8 * count);
+        return value * g_tens[count] + joinDigits((eightCharacters(end - 8) & mask) - (kEightZeros & mask));
+    }
     for (; s < end; ++s)
         value = value * 10 + digitOf(*s);
     return value;
@@ -86,34 +96,33 @@ inline std::uint64_t leadingDigits(const Char* s, const Char* end, std::size_t& 
     return value;
 }
 
-/// Reads the exponent at `s`, which is its letter; leaves `number` alone when no digits
-/// follow.
+/// Reads the exponent whose letter stands at `s`. Answers its end, `s` when no digits follow.
 template<class Char>
-inline void scanExponent(const Char* s, DecimalText<Char>& number)
+inline const Char* scanExponent(const Char* s, int& exponent)
 {
-    ++s;
+    const Char* at = s + 1;
     bool negative = false;
-    if (*s == Char('-') || *s == Char('+'))
-        negative = *s++ == Char('-');
-    if (digitOf(*s) >= 10)
-        return;
-    while (*s == Char('0'))
-        ++s;
-    int exponent = 0;
-    for (; digitOf(*s) < 10; ++s) {
+    if (*at == Char('-') || *at == Char('+'))
+        negative = *at++ == Char('-');
+    if (digitOf(*at) >= 10)
+        return s;
+    while (*at == Char('0'))
+        ++at;
+    for (; digitOf(*at) < 10; ++at) {
         if (exponent <= kLargestExponent)
-            exponent = exponent * 10 + static_cast<int>(digitOf(*s));
+            exponent = exponent * 10 + static_cast<int>(digitOf(*at));
     }
     if (exponent > kLargestExponent)
         exponent = kLargestExponent;
-    number.power += negative ? -exponent : exponent;
-    number.end = s;
+    if (negative)
+        exponent = -exponent;
+    return at;
 }
 
 /// Reads no element behind the terminator and none behind the first that does not belong
 /// to the number.
 template<class Char>
-inline DecimalText<Char> scanDecimal(const Char* s)
+[[gnu::always_inline]] inline DecimalText<Char> scanDecimal(const Char* s)
 {
     DecimalText<Char> number;
     while (*s == Char(' ') || (*s >= Char('\t') && *s <= Char('\r')))
@@ -126,15 +135,27 @@ inline DecimalText<Char> scanDecimal(const Char* s)
     while (digitOf(*s) < 10)
         value = value * 10 + digitOf(*s++);
     std::size_t digits = static_cast<std::size_t>(s - number.digits);
+    bool anyDigit = digits != 0;
+    // More digits may be a multiple of 2^64.
+    const bool isZero = value == 0 && digits <= kLeadingDigits;
+    if (isZero)
+        digits = 0;
     if (*s == Char('.')) {
         const Char* const fraction = ++s;
+        // Zeros in front of the first other digit only move the power.
+        if (isZero) {
+            while (*s == Char('0'))
+                ++s;
+        }
+        const Char* const first = s;
         while (digitOf(*s) < 10)
             ++s;
-        value = appendDigits(value, fraction, s);
+        value = appendDigits(value, number.digits, first, s);
         number.power = fraction - s;
-        digits += static_cast<std::size_t>(s - fraction);
+        digits += static_cast<std::size_t>(s - first);
+        anyDigit |= s != fraction;
     }
-    if (digits == 0)
+    if (!anyDigit)
         return number;
     number.end = s;
     number.digitsEnd = s;
@@ -146,8 +167,11 @@ inline DecimalText<Char> scanDecimal(const Char* s)
         }
     }
     number.leading = value;
-    if (*s == Char('e') || *s == Char('E'))
-        scanExponent(s, number);
+    if (*s == Char('e') || *s == Char('E')) {
+        int exponent = 0;
+        number.end = scanExponent(s, exponent);
+        number.power += exponent;
+    }
     return number;
 }
 

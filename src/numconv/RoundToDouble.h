@@ -11,10 +11,10 @@
 /// bit or the one below set. Infinity when the value is too large.
 inline std::uint64_t roundToDouble(std::uint64_t mantissa, int exponent, bool more)
 {
-    if (!(mantissa >> 63)) {
-        mantissa <<= 1;
-        --exponent;
-    }
+    // No branches where the bits decide: they are as good as random.
+    const int low = static_cast<int>(~mantissa >> 63);
+    mantissa <<= low;
+    exponent -= low;
     // 11 bits fall away, more of them in the subnormal range.
     int dropped = 11;
     if (exponent + dropped < kLowestExponent)
@@ -24,12 +24,13 @@ inline std::uint64_t roundToDouble(std::uint64_t mantissa, int exponent, bool mo
     const std::uint64_t kept = dropped == 64 ? 0 : mantissa >> dropped;
     const std::uint64_t half = std::uint64_t{1} << (dropped - 1);
     const std::uint64_t rest = mantissa & (half | (half - 1));
-    const bool up = rest > half || (rest == half && (more || (kept & 1)));
+    const std::uint64_t odd = kept & 1;
+    const std::uint64_t up = rest > half - (odd | (more ? 1 : 0)) ? 1 : 0;
     // The hidden bit adds one to the exponent field, as does a carry out of the mantissa.
     const int field = exponent + dropped - kLowestExponent;
     if (field >= 2046)
         return kInfinityBits;
-    return (static_cast<std::uint64_t>(field) << 52) + kept + (up ? 1 : 0);
+    return (static_cast<std::uint64_t>(field) << 52) + kept + up;
 }
 
 #endif

@@ -10,24 +10,27 @@
 
 namespace {
 
+// The exact answer from the digits between `s` and `end`; `power` is that of the last of the
+// first 19. Out of line, and without the address of anything, to keep the ordinary way in
+// registers. `bits` is the answer when memory ran out.
 template<class Char>
-void divideExactly(const DecimalText<Char>& number, std::uint64_t& bits)
+[[gnu::noinline]] std::uint64_t dividedExactly(const Char* s, const Char* end, std::int64_t power,
+                                               std::uint64_t bits)
 {
     char digits[kDigitsThatCount];
     int n = 0;
     bool more = false;
-    for (const Char* s = number.digits; s < number.digitsEnd; ++s) {
+    for (; s < end; ++s) {
         if (*s == Char('.') || (n == 0 && *s == Char('0')))
             continue;
-        if (n < kDigitsThatCount) {
+        if (n < kDigitsThatCount)
             digits[n++] = static_cast<char>(*s);
-        } else {
+        else
             more = more || *s != Char('0');
-        }
     }
-    const int leading = std::min(n, static_cast<int>(kLeadingDigits));
-    if (!exactDouble(digits, n, number.power + leading, more, bits))
+    if (!exactDouble(digits, n, power + std::min(n, static_cast<int>(kLeadingDigits)), more, bits))
         errno = ENOMEM;
+    return bits;
 }
 
 template<class Char>
@@ -36,14 +39,14 @@ double convert(const Char* text, Char** end)
     const DecimalText<Char> number = scanDecimal(text);
     if (end)
         *end = const_cast<Char*>(number.end ? number.end : text);
-    std::uint64_t bits = 0;
-    if (number.leading != 0) {
-        if (!doubleByProduct(number.leading, number.power, number.cut, bits))
-            divideExactly(number, bits);
-        if (bits == 0 || bits == kInfinityBits)
-            errno = ERANGE;
-    }
-    return doubleOf(bits | (number.negative && number.end ? kSignBit : 0));
+    if (number.leading == 0)
+        return doubleOf(number.negative && number.end ? kSignBit : 0);
+    std::uint64_t bits;
+    if (!doubleByProduct(number.leading, number.power, number.cut, bits))
+        bits = dividedExactly(number.digits, number.digitsEnd, number.power, bits);
+    if (bits - 1 >= kInfinityBits - 1)
+        errno = ERANGE;
+    return doubleOf(bits | (number.negative ? kSignBit : 0));
 }
 
 } // namespace
