@@ -102,7 +102,7 @@ TEST_F(NumberFault, LongDigitsAreNullOrRight)
 TEST_F(NumberFault, NarrowTextIsEmptyOrRight)
 {
     const auto check = [this](auto write, const char* right) {
-        char out[64];
+        char out[128];
         eachFails([&] { write(out); }, [&](bool fired) { EXPECT_STREQ(out, fired ? "" : right); });
     };
     check([](char* out) { tvFltToE(out, 1.0 / 3, 25, 'e'); }, "3.3333333333333331482961626e-001");
