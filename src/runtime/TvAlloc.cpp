@@ -2,6 +2,8 @@
 
 #include "TvHeap.h"
 
+#include "runtime/TvHeapFast.h"
+
 #include <cwchar>
 
 namespace {
@@ -10,14 +12,20 @@ constexpr std::size_t kMaxRequest = 0x80000000;
 
 } // namespace
 
-void* _tvMalloc(std::size_t size) { return size > kMaxRequest ? nullptr : _tvAllocate(size); }
+void* _tvMalloc(std::size_t size)
+{
+    if (size <= TvHeapInternals::kMaxSmallSize)
+        if (void* const unit = TvHeapInternals::takeFast(size))
+            return unit;
+    return size > kMaxRequest ? nullptr : g_tvGlobalHeap.allocHeap(size);
+}
 
 void* _tvRealloc(void* ptr, std::size_t size) { return size == 0 ? ptr : _tvReallocate(ptr, size); }
 
 void _tvFree(void* ptr)
 {
-    if (ptr != nullptr)
-        _tvDeallocate(ptr);
+    if (!TvHeapInternals::giveFast(ptr) && ptr != nullptr)
+        g_tvGlobalHeap.freeHeap(ptr);
 }
 
 std::size_t _tvMsize(void* ptr) { return ptr == nullptr ? 0 : _tvAllocSizeOf(ptr); }
@@ -35,9 +43,21 @@ void _tvStrdupFree(wchar_t* text)
         _tvFree(text);
 }
 
-void* _tvAllocate(std::size_t size) { return g_tvGlobalHeap.allocHeap(size); }
+void* _tvAllocate(std::size_t size)
+{
+    if (size <= TvHeapInternals::kMaxSmallSize)
+        if (void* const unit = TvHeapInternals::takeFast(size))
+            return unit;
+    return g_tvGlobalHeap.allocHeap(size);
+}
+
 void* _tvReallocate(void* ptr, std::size_t size) { return g_tvGlobalHeap.reallocHeap(ptr, size); }
-void _tvDeallocate(void* ptr) { g_tvGlobalHeap.freeHeap(ptr); }
+void _tvDeallocate(void* ptr)
+{
+    if (!TvHeapInternals::giveFast(ptr))
+        g_tvGlobalHeap.freeHeap(ptr);
+}
+
 std::size_t _tvAllocSizeOf(void* ptr) { return g_tvGlobalHeap.sizeOfHeap(ptr); }
 
 void* _tvMallocDbg(std::size_t size, const void* file, int line) { return _tvAllocateDbg(size, file, line); }

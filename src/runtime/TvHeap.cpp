@@ -65,6 +65,7 @@ void closeHeap(Heap& heap)
         delete pool;
         pool = nullptr;
     }
+    g_state.fastStart = kNowhere;
     g_state.closed = true;
     TvHeapDbgDumper::uninit();
 }
@@ -143,6 +144,7 @@ TvHeap<N, P, C, D>::TvHeap() : m_freeBlockPages(nullptr), m_decommittedPages(nul
     C::pStartAddress = C::tvMemoryInitialize(kRangeSize);
     C::mOffSetId = C::sGetPageId(C::pStartAddress);
     g_state.start = static_cast<char*>(C::pStartAddress);
+    g_state.fastStart = g_state.start != nullptr ? reinterpret_cast<std::uintptr_t>(g_state.start) : kNowhere;
     if (g_state.start != nullptr)
         TvMemoryTools::rangeReserved(g_state.start, kRangeSize);
     m_searchHint = kFirstSearch;

@@ -29,12 +29,16 @@ enum class PageKind : unsigned char { None, Blocks, Units };
 // The heap's private state: what the fast path reads, and how far the heap's life has
 // gone. Outside the heap object, whose layout is a promise.
 struct State {
+    std::uintptr_t fastStart;       // `start` while the fast path may be taken, else kNowhere
     char* start;                    // range start; meaningful once a page has a kind
     Pool* poolOfEights[33];         // by size in units of 8, rounded up
     PageKind kinds[kReservedPages]; // a second view of page flags and records
     bool closed;                    // the heap was destroyed: units stay, books are closed
 };
 extern State g_state;
+
+// A range start that makes every address of a process lie outside.
+constexpr std::uintptr_t kNowhere = ~static_cast<std::uintptr_t>(Heap::kRangeSize) + 1;
 
 // Bytes from the range start, as an unsigned number: huge for addresses below it.
 inline std::size_t rangeOffset(const void* address)
