@@ -44,6 +44,10 @@ void addRecode(CLI::App& app, Shared& shared);
 void addList(CLI::App& app, Shared& shared);
 void addMap(CLI::App& app, Shared& shared);
 void addNum(CLI::App& app, Shared& shared);
+void addLength(CLI::App& app, Shared& shared);
+void addAngle(CLI::App& app, Shared& shared);
+void addFormat(CLI::App& app, Shared& shared);
+void addScan(CLI::App& app, Shared& shared);
 
 /// Prints one line, "tvbase: " and the text, on standard error.
 void complain(const std::string& message);

@@ -34,6 +34,10 @@ int main(int argc, char** argv)
     addList(app, shared);
     addMap(app, shared);
     addNum(app, shared);
+    addLength(app, shared);
+    addAngle(app, shared);
+    addFormat(app, shared);
+    addScan(app, shared);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
