@@ -6,6 +6,7 @@
 #include "stream/TvFileLock.h"
 #include "stream/TvFileRegistry.h"
 
+#include <stdio_ext.h>
 #include <sys/stat.h>
 
 namespace {
@@ -114,6 +115,8 @@ void TvFileStreamBufImpl::readBytes(unsigned char* buf, std::uint32_t count)
 {
     if (!hasFile())
         tvThrowMessage(L"End of file!");
+    if (::__fwriting(m_handle) != 0) // a large read would throw away what was written just before
+        ::fseeko(m_handle, 0, SEEK_CUR);
     [[maybe_unused]] const std::size_t items = std::fread(buf, count, 1, m_handle); // may be short, untold
 }
 

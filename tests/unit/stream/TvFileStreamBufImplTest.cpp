@@ -54,6 +54,16 @@ TEST_F(TvFileStreamBufImplTest, WriteDirectlyAfterAReadGoesToTheCursor)
     EXPECT_EQ(files.get("digits"), "012XY56789");
 }
 
+TEST_F(TvFileStreamBufImplTest, LargeReadDirectlyAfterAWriteLosesNothing)
+{
+    const auto file = openFile(files.put("a", std::string(100000, '.')));
+    write(*file, "ab");
+    EXPECT_EQ(read(*file, 50000), std::string(50000, '.'));
+    EXPECT_EQ(file->tell(), 50002u);
+    file->close();
+    EXPECT_EQ(files.get("a"), "ab" + std::string(99998, '.'));
+}
+
 TEST_F(TvFileStreamBufImplTest, LengthIsTheSizeOnDisk)
 {
     const auto file = digits();
