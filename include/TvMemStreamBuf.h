@@ -139,6 +139,7 @@ public:
     virtual void close();
 
 private:
+    friend class TvFileOStreamBuf; // whose cache is one
     using Storage =
         TvVector<unsigned char, TvDelegateMemAllocator<unsigned char>, int, TvVectorFlatMemBufGrowPolicy>;
 
@@ -150,6 +151,8 @@ private:
     TV_LOCAL bool isOwn(const unsigned char* buf) const;
     TV_LOCAL bool store(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
                         std::uint32_t length);
+    TV_LOCAL bool storeMoving(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
+                              std::uint32_t length);
 
     Storage m_bytes;
     std::uint32_t m_cursor; // may lie past the end after resize()

@@ -1,6 +1,8 @@
 #include "TvFileStreamBuf.h"
 
 #include "runtime/TvThrow.h"
+#include "stream/TvFileHandle.h"
+#include "stream/TvFlatMemBufStore.h"
 
 #include <algorithm>
 
@@ -80,15 +82,16 @@ void TvFileOStreamBuf::readBytes(unsigned char* buf, std::uint32_t count)
 
 void TvFileOStreamBuf::writeBytes(const unsigned char* buf, std::uint32_t count)
 {
-    if (!hasFile())
+    if (!tvIsFile(m_handle))
         tvThrowMessage(L"Write file error!");
     if (count <= kCacheSize) {
-        if (m_cache.tell() + count > kCacheSize)
+        if (m_cache.m_cursor + count > kCacheSize)
             flush();
-        const std::uint64_t end = m_cache.tell() + count;
-        m_cache.writeBytes(buf, count);
-        if (m_cache.tell() == end)
+        const std::uint32_t end = m_cache.m_cursor + count;
+        if (m_cache.store(m_cache.m_cursor, buf, count, end)) {
+            m_cache.m_cursor = end;
             return;
+        }
     } // a piece that the cache found no memory for goes the way of the large ones
     flush();
     if (!writeThrough(buf, count))

@@ -2,6 +2,7 @@
 
 #include "TvHooks.h"
 #include "stream/TvCopyBytes.h"
+#include "stream/TvFlatMemBufStore.h"
 
 #include <algorithm>
 #include <functional>
@@ -26,13 +27,6 @@ bool wraps(std::uint32_t position, std::uint32_t count) { return position + coun
 
 } // namespace
 
-std::uint32_t TvFlatMemBuf::storedLength() const { return static_cast<std::uint32_t>(m_bytes.length()); }
-
-std::uint32_t TvFlatMemBuf::roomLength() const
-{
-    return static_cast<std::uint32_t>(m_bytes.physicalLength());
-}
-
 // Makes the stream end at `end`, shorter or longer. False when memory ran out, which has then
 // been reported; nothing has changed.
 bool TvFlatMemBuf::endAt(std::uint32_t end)
@@ -54,14 +48,7 @@ bool TvFlatMemBuf::unshare()
 }
 
 // As endAt(), with bytes that may be changed.
-bool TvFlatMemBuf::endWritableAt(std::uint32_t end)
-{
-    if (end <= roomLength() && !m_bytes.isShared()) {
-        m_bytes.setLogicalLength(static_cast<int>(end));
-        return true;
-    }
-    return endAt(end) && unshare();
-}
+bool TvFlatMemBuf::endWritableAt(std::uint32_t end) { return endAt(end) && unshare(); }
 
 // True when `buf` points into the storage, which a change of the length may release.
 bool TvFlatMemBuf::isOwn(const unsigned char* buf) const
@@ -71,15 +58,14 @@ bool TvFlatMemBuf::isOwn(const unsigned char* buf) const
     return !before(buf, first) && before(buf, first + m_bytes.physicalLength());
 }
 
-// Makes the stream `length` bytes long and stores `count` bytes at `at`. The bytes may be
-// the stream's own: those outlive a move of the storage. False as endAt().
-bool TvFlatMemBuf::store(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
-                         std::uint32_t length)
+// store() where that takes memory. Bytes of the stream's own outlive a move of the storage.
+bool TvFlatMemBuf::storeMoving(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
+                               std::uint32_t length)
 {
     if (count == 0)
         return endAt(length);
     std::optional<Storage> keep;
-    if ((length > roomLength() || m_bytes.isShared()) && isOwn(buf))
+    if (isOwn(buf))
         keep = m_bytes;
     if (!endWritableAt(length))
         return false;
@@ -119,22 +105,19 @@ const unsigned char* TvFlatMemBuf::buffer() const
 
 unsigned char TvFlatMemBuf::readByte()
 {
-    if (isEOS()) {
-        TvDetail::reportMessage(L"End of stream buffer!");
-        return 0;
-    }
-    return m_bytes.asArrayPtr()[m_cursor++];
+    if (m_cursor < storedLength())
+        return m_bytes.asArrayPtr()[m_cursor++];
+    TvDetail::reportMessage(L"End of stream buffer!");
+    return 0;
 }
 
 void TvFlatMemBuf::writeByte(unsigned char b)
 {
-    const std::uint32_t end = m_cursor + 1;
-    if (end == 0)
-        return reportOutOfRange();
-    if (!endWritableAt(end))
-        return;
-    m_bytes.asArrayPtr()[m_cursor] = b;
-    m_cursor = end;
+    const bool appends = m_cursor == storedLength() && m_cursor < roomLength();
+    if (!appends || m_bytes.isShared())
+        return TvFlatMemBuf::writeBytes(&b, 1);
+    m_bytes.append(b); // no more than a store and a count here
+    ++m_cursor;
 }
 
 // A byte at or past the end lies in the spare room just behind the new end; readers that know

@@ -260,19 +260,6 @@ TEST(TvFlatMemBuf, ReadByteAtTheEndReportsTheEndAndReturnsZero)
     EXPECT_EQ(recorder.messages(), kEndOfBuffer);
 }
 
-TEST(TvFlatMemBuf, ReadByteAsksTheVirtualEndTest)
-{
-    class NeverAtEnd : public SixBytes {
-    public:
-        using SixBytes::SixBytes;
-        bool isEOS() const override { return true; }
-    };
-    Recorder recorder;
-    NeverAtEnd stream(2);
-    EXPECT_EQ(stream.readByte(), 0);
-    EXPECT_EQ(recorder.messages(), kEndOfBuffer);
-}
-
 TEST(TvFlatMemBuf, ReadByteAtAPositionKeepsTheCursor)
 {
     SixBytes stream(4);
