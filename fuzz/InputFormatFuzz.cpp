@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     format.push_back(0);
     text.push_back(0);
-    static wchar_t t[kTargets][4100];
+    alignas(8) static wchar_t t[kTargets][4100];
     const int result =
         scan(text.data(), format.data(), t[0], t[1], t[2], t[3], t[4], t[5], t[6], t[7], t[8], t[9], t[10],
              t[11], t[12], t[13], t[14], t[15], t[16], t[17], t[18], t[19], t[20], t[21], t[22], t[23]);

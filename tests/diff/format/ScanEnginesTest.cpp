@@ -25,7 +25,7 @@ int throughSource(const wchar_t* text, const wchar_t* format, va_list* args)
 // What one scan left behind.
 struct Outcome {
     int result;
-    wchar_t stored[8][40];
+    alignas(8) wchar_t stored[8][40];
 };
 
 int call(Engine engine, const wchar_t* text, const wchar_t* format, ...)

@@ -111,7 +111,7 @@ TEST(HostileFormat, InputStaysInItsTextAndFormat)
             continue;
         const wchar_t* const heldFormat = formats.hold(format.c_str(), format.size() + 1);
         const wchar_t* const heldText = texts.hold(text.c_str(), text.size() + 1);
-        wchar_t targets[24][64]; // each larger than any value and any text here
+        alignas(8) wchar_t targets[24][64]; // each larger than any value and any text here
         const int result =
             scanText(heldText, heldFormat, targets[0], targets[1], targets[2], targets[3], targets[4],
                      targets[5], targets[6], targets[7], targets[8], targets[9], targets[10], targets[11],
