@@ -4,10 +4,10 @@
 #include "TvGdImpl.h"
 #include "TvHooks.h"
 #include "numconv/LayoutByScaling.h"
+#include "numconv/WideRoom.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -118,8 +118,7 @@ wchar_t* tvFltToF(double value, int precision)
 {
     precision = std::max(precision, 0);
     const Digits d = throughPlace(value, precision);
-    const std::int64_t room = std::int64_t{d.n} + 1 + precision + 1 + std::abs(d.decpt) + 1;
-    return wide(d, room, [&](wchar_t* to) {
+    return wide(d, TvDetail::roomOfF(d.n, precision, d.decpt), [&](wchar_t* to) {
         CvtFormatter<wchar_t>::formatF(to, d.text, d.n, precision, d.decpt, d.sign);
     });
 }
@@ -139,8 +138,7 @@ wchar_t* tvFltToE(double value, int precision, int expChar)
 {
     precision = std::max(precision, 0);
     const Digits d = significant(value, digitsOfE(precision));
-    const std::int64_t room = std::int64_t{d.n} + 2 + precision + 6;
-    return wide(d, room, [&](wchar_t* to) {
+    return wide(d, TvDetail::roomOfE(d.n, precision), [&](wchar_t* to) {
         CvtFormatter<wchar_t>::formatE(to, d.text, d.n, precision, d.decpt, d.sign, expChar);
     });
 }
@@ -160,8 +158,7 @@ wchar_t* tvFltToG(double value, int precision, int expChar, int style)
 {
     precision = std::max(precision, 0);
     const Digits d = significant(value, precision);
-    const std::int64_t room = std::int64_t{precision} + (d.n + 2) + std::max(5, d.decpt) + 1;
-    return wide(d, room, [&](wchar_t* to) {
+    return wide(d, TvDetail::roomOfG(d.n, precision, d.decpt), [&](wchar_t* to) {
         CvtFormatter<wchar_t>::formatG(to, d.text, d.n, precision, d.decpt, d.sign, expChar, style);
     });
 }

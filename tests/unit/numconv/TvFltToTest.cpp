@@ -160,6 +160,7 @@ const GCase kG[] = {
     {"PrecisionZeroOfOne", 1.0, 0, 0, "1e+000"},
     {"PrecisionZeroWithStyle1", 1.0, 0, 1, "1.e+000"},
     {"PrecisionZeroWithStyle2", 1.0, 0, 2, "1.0e+000"},
+    {"PrecisionZeroWithStyle2AndSign", -1.0, 0, 2, "-1.0e+000"},
     {"NegativePrecisionIsZero", 1.0, -5, 0, "1e+000"},
     {"Infinity", kInfinity, 6, 0, "Infinity"},
     {"NegativeInfinity", -kInfinity, 6, 2, "-Infinity"},
