@@ -3,6 +3,7 @@
 #include "numconv/DecimalByProduct.h"
 #include "numconv/DecimalExact.h"
 #include "numconv/DecimalScan.h"
+#include "numconv/DecimalWindow.h"
 #include "numconv/DoubleBits.h"
 
 #include <algorithm>
@@ -33,8 +34,9 @@ template<class Char>
     return bits;
 }
 
+// Any text.
 template<class Char>
-double convert(const Char* text, Char** end)
+[[gnu::noinline]] double convertByScanning(const Char* text, Char** end)
 {
     const DecimalText<Char> number = scanDecimal(text);
     if (end)
@@ -47,6 +49,39 @@ double convert(const Char* text, Char** end)
     if (bits - 1 >= kInfinityBits - 1)
         errno = ERANGE;
     return doubleOf(bits | (number.negative ? kSignBit : 0));
+}
+
+// Ordinary text; what does not fit is left to the function above.
+template<class Char>
+inline double convert(const Char* text, Char** end)
+{
+    const Char* s = text;
+    while (*s == Char(' ') || (*s >= Char('\t') && *s <= Char('\r')))
+        ++s;
+    const bool negative = *s == Char('-');
+    if (negative || *s == Char('+')) {
+        ++s;
+        // Keeps this a branch: the window is then read before the sign is known.
+        asm("" : "+r"(s));
+    }
+    const DecimalWindow window = windowStaysInPage(s) ? windowAt(s) : windowOfCopy(s);
+    WindowNumber number;
+    if (!readWindow(s, window, number)) [[unlikely]]
+        return convertByScanning(text, end);
+    s += number.length;
+    int exponent = 0;
+    if ((static_cast<unsigned>(*s) | 0x20) == 'e')
+        s = scanExponent(s, exponent);
+    std::uint64_t bits = 0;
+    if (number.leading != 0 && !doubleByUpperProduct(number.leading, number.power + exponent, bits)) {
+        if (!doubleByProduct(number.leading, number.power + exponent, false, bits)) [[unlikely]]
+            return convertByScanning(text, end);
+        if (bits - 1 >= kInfinityBits - 1) [[unlikely]]
+            errno = ERANGE;
+    }
+    if (end)
+        *end = const_cast<Char*>(s);
+    return doubleOf(bits | (negative ? kSignBit : 0));
 }
 
 } // namespace
