@@ -28,6 +28,10 @@ bool mayBecomeEscape(const char* text, std::size_t available)
     return true;
 }
 
+// Whether an escape for `value` stays as it is written. Any ASCII character may complete another
+// escape with the text around it: with U for its escape, `\\U+0055+4E2D` would be `\U+4E2D`.
+bool staysEscape(wchar_t value) { return value < 0x80; }
+
 // The escape functions read up to a terminator.
 struct Terminated {
     char text[kMifLength + 1] = {};
@@ -90,7 +94,7 @@ TextUnit TextUnits::readBackslash(const char* text, std::size_t available, bool 
     const Terminated start(text, available);
     wchar_t value = 0;
     if (TvCharConverter::parseCIFString(start.text, value)) {
-        if (m_page == CP_UTF8 || value == 0 || value == L'\\')
+        if (m_page == CP_UTF8 || staysEscape(value))
             return {TextUnit::kVerbatim, kCifLength, 0};
         if (value < 0xD800 || value > 0xDBFF)
             return {TextUnit::kEscape, kCifLength, static_cast<char32_t>(value)};
@@ -109,8 +113,7 @@ TextUnit TextUnits::readBackslash(const char* text, std::size_t available, bool 
     code_page_id page;
     wchar_t code;
     if (TvCharConverter::parseMIFString(start.text, code, page)) {
-        if (m_page == CP_UTF8 || !TvCharMapper::codepageToUnicode(code, page, value) || value == 0 ||
-            value == L'\\')
+        if (m_page == CP_UTF8 || !TvCharMapper::codepageToUnicode(code, page, value) || staysEscape(value))
             return {TextUnit::kVerbatim, kMifLength, 0};
         return {TextUnit::kEscape, kMifLength, static_cast<char32_t>(value)};
     }

@@ -28,8 +28,8 @@ struct TextUnit {
 /// Reads byte text of one code page unit by unit.
 ///
 /// It agrees with TvCharMapper on where characters begin and end, and knows beside that which
-/// of them have no character. An escape that stands for the character 0, or for a backslash
-/// (which could make ordinary text an escape), counts as kVerbatim, as do escapes in UTF-8,
+/// of them have no character. An escape that stands for an ASCII character, which with the
+/// text around it could become another escape, counts as kVerbatim, as do escapes in UTF-8,
 /// which needs none. Two escapes in a row that are the surrogates of one character are one
 /// unit.
 ///
