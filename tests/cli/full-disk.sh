@@ -6,12 +6,3 @@ echo a | tvbase recode -o /dev/full
 echo "status $?"
 tvbase list >/dev/full
 echo "status $?"
-printf 'old\n' >out.txt
-(
-    ulimit -f 8
-    trap '' XFSZ
-    tvbase recode -o out.txt in.txt
-    echo "status $?"
-)
-cat out.txt
-ls

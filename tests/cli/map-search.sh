@@ -11,3 +11,9 @@ tvbase recode -f 936 --map missing.map text
 echo "status $?"
 tvbase recode -f 936 --map . text
 echo "status $?"
+cp good.map $'good\xFF.map'
+tvbase recode -f 936 --map $'good\xFF.map' text
+echo "status $?"
+tvbase map check $'good\xFF.map'
+echo "status $?"
+tvbase map info $'good\xFF.map' | head -n 1

@@ -3,6 +3,7 @@
 
 #include "TvExport.h"
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -18,6 +19,9 @@ void addMapOption(CLI::App& command, Shared& shared)
 
 int main(int argc, char** argv)
 {
+    // A file-size limit is a failed write like that of a full disk, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+
     CLI::App app("Drawing text and the tables behind it, from a terminal.", "tvbase");
     app.set_version_flag("--version", "tvbase " + std::to_string(TV_OSBASE_VERSION_MAJOR) + "." +
                                           std::to_string(TV_OSBASE_VERSION_MINOR) + "." +

@@ -2,7 +2,6 @@
 #include "Command.h"
 
 #include "CodePageNames.h"
-#include "FileNames.h"
 #include "MapFileReader.h"
 #include "MapFileSearch.h"
 #include "Output.h"
@@ -52,7 +51,7 @@ void runInfo(Shared& shared)
 // What the library makes of the file must be what lies in it.
 void compareWithLibrary(const std::string& file, MapFileContent& content)
 {
-    const bool opened = TvCharMapper::initialize(wideFileName(file).c_str()) == Orna::eOk;
+    const bool opened = TvCharMapper::initialize(libraryMapFile(file).c_str()) == Orna::eOk;
     if (!opened) {
         content.problems.push_back("the library refuses the file");
         return;

@@ -42,10 +42,18 @@ std::string findMapFile(const Shared& shared)
     return {};
 }
 
+std::wstring libraryMapFile(const std::string& file)
+{
+    std::wstring wide = wideFileName(file);
+    if (wide.empty() && !file.empty())
+        throw CommandError(file + ": the path of a code page map file must be UTF-8, and this one is not");
+    return wide;
+}
+
 void initializeMapper(const Shared& shared)
 {
     const std::string file = findMapFile(shared);
-    const Orna::ErrorStatus status = TvCharMapper::initialize(wideFileName(file).c_str());
+    const Orna::ErrorStatus status = TvCharMapper::initialize(libraryMapFile(file).c_str());
     if (file.empty() || status == Orna::eOk)
         return;
     if (status == Orna::eBadMapFile)

@@ -13,8 +13,12 @@
 /// named and none is there.
 std::string findMapFile(const Shared& shared);
 
+/// The file's name for the library. CommandError for a path that is not UTF-8, for which it
+/// has no name; empty for an empty one.
+std::wstring libraryMapFile(const std::string& file);
+
 /// Initialises the mapper with that file. Without any file the single-byte pages still work.
-/// Throws CommandError when the file is no map file.
+/// Throws CommandError when the library cannot use the file.
 void initializeMapper(const Shared& shared);
 
 /// Makes sure that the tables of `id` are there; throws CommandError when they are not.

@@ -4,33 +4,42 @@
 #include "FileNames.h"
 
 #include <cerrno>
-#include <climits>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
-// The unfinished file, for the handler of signals that end the program.
-char s_unfinished[PATH_MAX];
-
-extern "C" void removeUnfinished(int signal)
-{
-    unlink(s_unfinished);
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
+// As many links in a row as the system follows.
+constexpr int kMaxLinks = 40;
 
 // What lies there may lead to an open file, as /dev/stdout does, which cannot be replaced.
 bool isDevice(const std::string& name) { return name.starts_with("/dev/") || name.starts_with("/proc/"); }
 
-void watchSignals(void (*handler)(int))
+// Where a link leads that leads to no file yet; any other name as it is.
+std::string endOfLinks(const std::string& name)
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
-        std::signal(signal, handler);
+    std::filesystem::path path = name;
+    std::error_code error;
+    for (int i = 0; i <= kMaxLinks; ++i) {
+        const std::filesystem::path next = std::filesystem::read_symlink(path, error);
+        if (error)
+            return path.string();
+        path = path.parent_path() / next;
+    }
+    throw std::system_error(ELOOP, std::generic_category());
+}
+
+// The permissions that the user gives new files.
+mode_t newFileMode()
+{
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
 }
 
 } // namespace
@@ -51,52 +60,37 @@ Output::Output(const std::string& name) : m_name(name.empty() || name == "-" ? "
             failed(errno);
         return;
     }
-    // A link stays a link: the file that it leads to is replaced.
-    m_target = name;
-    if (exists) {
-        if (access(name.c_str(), W_OK) != 0)
-            failed(errno);
-        if (char* real = realpath(name.c_str(), nullptr)) {
-            m_target = real;
-            std::free(real);
-        }
+    if (exists && access(name.c_str(), W_OK) != 0)
+        failed(errno);
+    // A link stays a link: the file that it leads to is replaced, or made.
+    std::string target;
+    if (char* real = realpath(name.c_str(), nullptr)) {
+        target = real;
+        std::free(real);
     }
-    openBeside();
-    if (exists)
-        chmod(m_beside.c_str(), status.st_mode & 07777);
+    try {
+        openBeside(target.empty() ? endOfLinks(name) : target);
+    } catch (const std::system_error& error) {
+        failed(error.code().value());
+    }
+    // Only now: the owner, too, may be one who must not write.
+    chmod(m_beside->name().c_str(), exists ? status.st_mode & 07777 : newFileMode());
 }
 
 Output::~Output()
 {
     if (m_file && m_file != stdout)
         std::fclose(m_file);
-    m_stream.reset();
-    if (m_beside.empty())
-        return;
-    unlink(m_beside.c_str());
-    watchSignals(SIG_DFL);
 }
 
 void Output::failed(int error) { throw CommandError(m_name + ": " + std::strerror(error ? error : EIO)); }
 
-void Output::openBeside()
+void Output::openBeside(const std::string& target)
 {
-    std::string pattern = m_target + ".XXXXXX";
-    if (pattern.size() >= sizeof s_unfinished)
-        failed(ENAMETOOLONG);
-    const int descriptor = mkstemp(pattern.data());
-    if (descriptor < 0)
-        failed(errno);
-    m_beside = pattern;
-    std::strcpy(s_unfinished, pattern.c_str());
-    watchSignals(removeUnfinished);
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(descriptor, 0666 & ~mask);
-
-    const std::wstring wide = wideFileName(m_beside);
+    m_beside.emplace(target);
+    const std::wstring wide = wideFileName(m_beside->name());
     if (wide.empty()) { // no name for the library's streams
-        m_file = fdopen(descriptor, "wb");
+        m_file = std::fopen(m_beside->name().c_str(), "wb");
         if (!m_file)
             failed(errno);
         return;
@@ -104,7 +98,6 @@ void Output::openBeside()
     Orna::ErrorStatus result = Orna::eOk;
     m_stream.reset(createFileOStreamBuf(wide.c_str(), &result, TvIO::kAccessWrite, TvIO::kShareDenyNone,
                                         TvIO::kCreateAlways, 16384));
-    close(descriptor);
     if (!m_stream || result != Orna::eOk || !m_stream->fileHandle())
         throw CommandError(m_name + ": cannot be written (status " + std::to_string(result) + ")");
 }
@@ -133,8 +126,11 @@ void Output::flush()
 
 void Output::finish()
 {
-    errno = 0;
     flush();
+    errno = 0;
+    // A file is closed before it takes its place: some systems tell only then that it is full.
+    if (m_file && m_file != stdout && std::fclose(std::exchange(m_file, nullptr)) != 0)
+        failed(errno);
     if (m_stream) {
         try {
             m_stream->close();
@@ -142,10 +138,11 @@ void Output::finish()
             failed(errno);
         }
     }
-    if (m_beside.empty())
+    if (!m_beside)
         return;
-    if (std::rename(m_beside.c_str(), m_target.c_str()) != 0)
-        failed(errno);
-    m_beside.clear();
-    watchSignals(SIG_DFL);
+    try {
+        m_beside->takePlace();
+    } catch (const std::system_error& error) {
+        failed(error.code().value());
+    }
 }

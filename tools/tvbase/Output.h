@@ -2,10 +2,13 @@
 #ifndef TVBASE_OUTPUT_H
 #define TVBASE_OUTPUT_H
 
+#include "UnfinishedFile.h"
+
 #include "TvFileStreamBuf.h"
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 
 /// A file is written beside its place, through the library's file stream, and takes the place
@@ -33,11 +36,10 @@ public:
 
 private:
     [[noreturn]] void failed(int error);
-    void openBeside();
+    void openBeside(const std::string& target);
 
-    std::string m_name;   // for messages
-    std::string m_target; // the file to replace
-    std::string m_beside; // the file that is written
+    std::string m_name;                     // for messages
+    std::optional<UnfinishedFile> m_beside; // the file that is written, when it is no device
     std::unique_ptr<TvFileOStreamBuf> m_stream;
     std::FILE* m_file = nullptr;
 };

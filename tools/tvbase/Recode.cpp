@@ -88,7 +88,9 @@ void addRecode(CLI::App& app, Shared& shared)
     command->add_option("-t,--to", options->to, "Code page of the output (default utf8)")->type_name("CP");
     command
         ->add_option("-o,--output", options->output,
-                     "Write there, replacing the file only when all went well")
+                     "Write there. The file is replaced at the end, also when damaged bytes were\n"
+                     "kept or something was left out (then the exit status is 1); it stays when\n"
+                     "some input cannot be read, the run is stopped or writing fails")
         ->type_name("OUT");
     command->add_flag("--report", options->report, "Count the escapes read and written, by character");
     command
