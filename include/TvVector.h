@@ -105,10 +105,12 @@ public:
     void append(const T& value)
     {
         Data* const data = m_data.get();
-        if (__builtin_expect(data->refCount == 1 && data->logicalCnt < data->physicalCnt, 1)) {
-            Elements::begin(data->array + data->logicalCnt, 1);
-            data->array[data->logicalCnt] = value;
-            ++data->logicalCnt;
+        const LengthT at = data->logicalCnt;
+        if (__builtin_expect(data->refCount == 1 && at < data->physicalCnt, 1)) {
+            T* const element = data->array + at;
+            Elements::begin(element, 1);
+            *element = value;
+            data->logicalCnt = at + 1; // last: the next append finds it in a register
             check();
         } else {
             appendToFullOrShared(value);
@@ -228,20 +230,52 @@ private:
         return m_data->logicalCnt != old;
     }
 
-    [[gnu::noinline]] void appendToFullOrShared(const T& value)
+    // Small elements go to the slow ways of append() by value: a reference would keep the
+    // caller's element in memory, and cost every append a store.
+    using Passed =
+        typename std::conditional<std::is_trivially_copyable<T>::value && sizeof(T) <= 2 * sizeof(void*),
+                                  const T, const T&>::type;
+
+    [[gnu::noinline]] void appendToFullOrShared(Passed value)
+    {
+        const LengthT at = m_data->logicalCnt;
+        if (!growWithinRoom(at + 1u))
+            return appendByMoving(value);
+        Elements::begin(m_data->array + at, 1);
+        m_data->array[at] = value;
+        m_data->logicalCnt = at + 1;
+        check();
+    }
+
+    [[gnu::noinline]] void appendByMoving(Passed value)
     {
         const T copy(value); // an element of this vector may move
         if (addElement())
             m_data->array[m_data->logicalCnt - 1] = copy;
     }
 
+    unsigned int grownLength(unsigned int n) const
+    {
+        return m_data->growPolicy.growCount(static_cast<unsigned int>(m_data->logicalCnt),
+                                            static_cast<unsigned int>(m_data->physicalCnt), n);
+    }
+
+    // Raises the physical length for `n` elements when the hidden room allows it.
+    bool growWithinRoom(unsigned int n)
+    {
+        const unsigned int grown = grownLength(n);
+        const auto room = static_cast<unsigned int>(m_data->m_room);
+        if (m_data->refCount != 1 || n <= static_cast<unsigned int>(m_data->physicalCnt) || grown < n ||
+            grown > room)
+            return false;
+        m_data->physicalCnt = static_cast<LengthT>(grown);
+        return true;
+    }
+
     // Room for `n` elements, more than there is, in storage of one's own.
     bool growFor(LengthT n)
     {
-        Data* const data = m_data.get();
-        const unsigned int physical = data->growPolicy.growCount(static_cast<unsigned int>(data->logicalCnt),
-                                                                 static_cast<unsigned int>(data->physicalCnt),
-                                                                 static_cast<unsigned int>(n));
+        const unsigned int physical = grownLength(static_cast<unsigned int>(n));
         if (physical > static_cast<unsigned int>(INT_MAX)) {
             TvDetail::reportStatus(Orna::eOutOfMemory);
             return false;
