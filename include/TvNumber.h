@@ -71,7 +71,7 @@ TV_OSBASE_API void tvDToStr(char* out, double value, char conv, int precision, i
 TV_OSBASE_API wchar_t* tvDToStr(double value, char conv, int precision, int style);
 
 /// The layouts alone, on `n` digits d1d2... of the value 0.d1d2... * 10^decpt. Digits that
-/// are missing on the right are zeros.
+/// are missing on the right are zeros; null digits give an empty text.
 ///
 /// **Errors**: none. **Memory**: `out` must have room for the text and, but for
 /// expToAscii(), its terminator. **Threads**: any.

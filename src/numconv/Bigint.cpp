@@ -254,7 +254,7 @@ int TvGdImpl::quorem(Bigint* b, Bigint* S)
     if (b->wds < n)
         return 0;
     // Never too large, and at most one too small for a top word of 28 bits.
-    std::uint32_t q = b->x[n - 1] / (S->x[n - 1] + 1);
+    auto q = static_cast<std::uint32_t>(b->x[n - 1] / (std::uint64_t{S->x[n - 1]} + 1));
     const auto subtract = [&](std::uint64_t factor) {
         std::uint64_t carry = 0, borrow = 0;
         for (int i = 0; i < n; ++i) {

@@ -24,6 +24,10 @@ void copy(Char*& out, const char*& digits, int count)
 template<class Char>
 void CvtFormatter<Char>::formatF(Char* out, const char* digits, int n, int precision, int decpt, int sign)
 {
+    if (!digits) {
+        *out = 0;
+        return;
+    }
     if (sign)
         *out++ = '-';
     if (decpt < 1) {
@@ -52,6 +56,10 @@ template<class Char>
 void CvtFormatter<Char>::formatE(Char* out, const char* digits, int n, int precision, int decpt, int sign,
                                  int expChar)
 {
+    if (!digits) {
+        *out = 0;
+        return;
+    }
     if (sign)
         *out++ = '-';
     *out++ = static_cast<Char>(n > 0 ? *digits++ : '0');
@@ -68,6 +76,10 @@ template<class Char>
 void CvtFormatter<Char>::formatG(Char* out, const char* digits, int n, int precision, int decpt, int sign,
                                  int expChar, int style)
 {
+    if (!digits) {
+        *out = 0;
+        return;
+    }
     const char leading = n > 0 ? *digits : '0';
     // All precisions below the smallest fixed exponent are alike; this one can count down.
     precision = std::max(precision, -4);

@@ -350,6 +350,17 @@ TEST(Bigint, QuoremOfOneLessThanTheDivisorIsZero)
     EXPECT_EQ(wordsOf(b), (Words{0xFFFFFFFF, 0x07FFFFFF}));
 }
 
+TEST(Bigint, QuoremTakesADivisorWhoseTopWordIsFull)
+{
+    const Words divisor = {5, 0xFFFFFFFF};
+    Number s = number(divisor), below = number({4, 0xFFFFFFFF}), above = number({9, 0xFFFFFFFF});
+    EXPECT_EQ(TvGdImpl::quorem(below.get(), s.get()), 0);
+    EXPECT_EQ(wordsOf(below), (Words{4, 0xFFFFFFFF}));
+    EXPECT_EQ(TvGdImpl::quorem(above.get(), s.get()), 1);
+    EXPECT_EQ(wordsOf(above), Words{4});
+    EXPECT_EQ(wordsOf(s), divisor);
+}
+
 TEST(DigitString, CarriesItsSizeClassInFront)
 {
     // A block of class k has room for 24 + 4 * 2^k bytes of text.

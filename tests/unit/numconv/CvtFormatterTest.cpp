@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <string>
@@ -92,6 +93,26 @@ TEST(CvtFormatterWide, ReadsNarrowDigits)
     CvtFormatter<wchar_t>::formatG(out, "125", 3, 6, 1, 0, 'e', 0);
     EXPECT_STREQ(out, L"1.25");
 }
+
+template<class Char>
+void expectEmptyOfNoDigits()
+{
+    using Formatter = CvtFormatter<Char>;
+    for (const int n : {0, 3}) {
+        Char out[8];
+        const auto isEmpty = [&](auto format) {
+            std::fill(out, out + 8, Char('#'));
+            format();
+            return out[0] == 0 && out[1] == Char('#');
+        };
+        EXPECT_TRUE(isEmpty([&] { Formatter::formatF(out, nullptr, n, 2, 1, 1); }));
+        EXPECT_TRUE(isEmpty([&] { Formatter::formatE(out, nullptr, n, 2, 1, 1, 'e'); }));
+        EXPECT_TRUE(isEmpty([&] { Formatter::formatG(out, nullptr, n, 2, 1, 1, 'e', 1); }));
+    }
+}
+
+TEST(CvtFormatterNull, GivesAnEmptyNarrowText) { expectEmptyOfNoDigits<char>(); }
+TEST(CvtFormatterNull, GivesAnEmptyWideText) { expectEmptyOfNoDigits<wchar_t>(); }
 
 struct ExponentCase {
     int exponent;
