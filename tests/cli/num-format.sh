@@ -11,3 +11,14 @@ echo "status $?"
 tvbase num format -f -e 1
 echo "status $?"
 tvbase num format -f -p 20 0.1
+echo "status $?"
+# What stands behind a number is told of, and the others still come.
+tvbase num format 1 12.5mm '2 ' '' 3
+echo "status $?"
+printf '7\n8,5\n9\n' | tvbase num format
+echo "status $?"
+# The shortest text takes no precision.
+tvbase num format -p 3 1.5
+echo "status $?"
+tvbase num format --precision 3 -g 1.5
+echo "status $?"

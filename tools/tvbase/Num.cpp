@@ -1,5 +1,6 @@
 // tvbase num - numbers to text and back, correctly rounded.
 #include "Command.h"
+#include "WideArguments.h"
 
 #include "TvGdImpl.h"
 #include "TvNumber.h"
@@ -9,7 +10,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <iostream>
 #include <new>
 #include <string>
 #include <vector>
@@ -25,6 +25,7 @@ struct NumOptions {
     bool exponent = false;
     bool general = false;
     int precision = 6;
+    bool precisionGiven = false;
 };
 
 // The shortest digits that read back, without an exponent where 17 digits reach.
@@ -56,23 +57,15 @@ std::string formatted(double value, const NumOptions& options)
     return text;
 }
 
-void printFormatted(const std::string&, double value, std::size_t, const NumOptions& options)
+int formatNumbers(const NumOptions& options)
 {
-    std::printf("%s\n", formatted(value, options).c_str());
+    if (options.precisionGiven && !options.fixed && !options.exponent && !options.general)
+        throw CommandError("--precision belongs to --fixed, --exponent or --general", kExitUsage);
+    return forEachNumber(options.texts,
+                         [&](double value) { std::printf("%s\n", formatted(value, options).c_str()); });
 }
 
-void printParsed(const std::string& text, double value, std::size_t used, const NumOptions&)
-{
-    char exact[64];
-    tvFltToG(exact, value, 17, 'e', 0);
-    std::printf("%s\t%s\t%016llX\t%zu\t%s\n", text.c_str(), exact,
-                static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(value)), used,
-                shortest(value).c_str());
-}
-
-using Print = void (*)(const std::string& text, double value, std::size_t used, const NumOptions& options);
-
-void convert(const std::string& text, const NumOptions& options, Print print, Shared& shared)
+void showReading(const std::string& text, Shared& shared)
 {
     char* end = nullptr;
     const double value = tvStrToD(text.c_str(), &end);
@@ -81,20 +74,19 @@ void convert(const std::string& text, const NumOptions& options, Print print, Sh
         shared.status = kExitFailed;
         return;
     }
-    print(text, value, static_cast<std::size_t>(end - text.c_str()), options);
+    char exact[64];
+    tvFltToG(exact, value, 17, 'e', 0);
+    std::printf("%s\t%s\t%016llX\t%td\t%s\n", text.c_str(), exact,
+                static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(value)), end - text.c_str(),
+                shortest(value).c_str());
 }
 
-void run(const NumOptions& options, Print print, Shared& shared)
+void showReadings(const std::vector<std::string>& texts, Shared& shared)
 {
-    for (const std::string& text : options.texts)
-        convert(text, options, print, shared);
-    if (!options.texts.empty())
-        return;
-    for (std::string line; std::getline(std::cin, line);) {
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        convert(line, options, print, shared);
-    }
+    for (const std::string& text : texts)
+        showReading(text, shared);
+    for (std::string line; texts.empty() && readLine(line);)
+        showReading(line, shared);
 }
 
 void addFormat(CLI::App& num, Shared& shared, NumOptions& options)
@@ -107,12 +99,16 @@ void addFormat(CLI::App& num, Shared& shared, NumOptions& options)
     CLI::Option* general = command->add_flag("-g,--general", options.general, "Significant digits: 1.5");
     fixed->excludes(exponent)->excludes(general);
     exponent->excludes(general);
-    command->add_option("-p,--precision", options.precision, "Places or digits of -f, -e and -g")
-        ->check(CLI::Range(0, kMostDigits))
-        ->capture_default_str();
+    CLI::Option* precision =
+        command->add_option("-p,--precision", options.precision, "Places or digits of -f, -e and -g")
+            ->check(CLI::Range(0, kMostDigits))
+            ->capture_default_str();
     command->add_option("NUMBER", options.texts, "Numbers (else one a line from standard input)");
     command->footer("Example:\n  tvbase num format -f --precision 3 -- 2.0005 -1e2");
-    command->callback([&shared, &options] { run(options, printFormatted, shared); });
+    command->callback([&shared, &options, precision] {
+        options.precisionGiven = precision->count() > 0;
+        shared.status = formatNumbers(options);
+    });
 }
 
 void addParse(CLI::App& num, Shared& shared, NumOptions& options)
@@ -121,7 +117,7 @@ void addParse(CLI::App& num, Shared& shared, NumOptions& options)
         "parse", "Show what a text reads as: text, 17 digits, bits, characters used, shortest text");
     command->add_option("TEXT", options.texts, "Texts (else one a line from standard input)");
     command->footer("Example:\n  tvbase num parse 0.1 12.5mm");
-    command->callback([&shared, &options] { run(options, printParsed, shared); });
+    command->callback([&shared, &options] { showReadings(options.texts, shared); });
 }
 
 } // namespace

@@ -149,4 +149,38 @@ TEST(DtoaEnvironment, IsLeftAlone)
     }
 }
 
+TEST(DtoaEnvironment, DigitsOfEveryModeAreTheSameInEveryRoundingMode)
+{
+    const double values[] = {0.1,
+                             2.5,
+                             1e23,
+                             1.0 / 3,
+                             999.96,
+                             49.0,
+                             12345.678901,
+                             1e22,
+                             1e-30,
+                             5e-324,
+                             0x1p-1022,
+                             0x1p53,
+                             0x1.fffffffffffffp1023};
+    for (const double value : values) {
+        for (int mode = 0; mode <= 9; ++mode) {
+            for (const int ndigits : {-2, 0, 1, 3, 6, 15, 16, 17, 18, 25}) {
+                const std::string expected = textOf(expectedDigits(bitsOfDouble(value), mode, ndigits));
+                for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+                    std::fesetround(rounding);
+                    const std::string positive = dtoaText(value, mode, ndigits);
+                    const std::string negative = dtoaText(-value, mode, ndigits);
+                    std::fesetround(FE_TONEAREST);
+                    EXPECT_EQ(positive, expected)
+                        << value << " mode " << mode << " digits " << ndigits << " rounding " << rounding;
+                    EXPECT_EQ(negative, "-" + expected)
+                        << value << " mode " << mode << " digits " << ndigits << " rounding " << rounding;
+                }
+            }
+        }
+    }
+}
+
 } // namespace
