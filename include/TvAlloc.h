@@ -41,7 +41,7 @@ TV_OSBASE_API size_t _tvMsize(void* ptr);
 
 /* A copy of `text` (not null), freed with _tvStrdupFree or _tvFree. */
 TV_OSBASE_API wchar_t* _tvStrdup(const wchar_t* text);
-TV_OSBASE_API void _tvStrdupFree(wchar_t* text);
+TV_OSBASE_API void _tvStrdupFree(void* text);
 
 /* The same without the tests for large sizes, size 0 and null. */
 TV_OSBASE_API void* _tvAllocate(size_t size);

@@ -286,7 +286,7 @@ public:
     void flush();
 
 private:
-    TV_LOCAL bool writeThrough(const unsigned char* buf, std::uint32_t count);
+    TV_LOCAL std::uint32_t writeThrough(const unsigned char* buf, std::uint32_t count);
     TV_LOCAL bool writeCache();
 
     TvFlatMemBuf m_cache;

@@ -8,6 +8,13 @@
 #include "TvExport.h"
 
 /// A lock that is taken and given back by hand.
+///
+/// Errors: none. Memory: none. Threads: as the lock that implements it says.
+///
+///     TvLock* lock = createTvLock();
+///     lock->lock();
+///     lock->unlock();
+///     delete lock;
 class TV_OSBASE_API TvLock {
 public:
     virtual ~TvLock();

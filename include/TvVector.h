@@ -61,7 +61,8 @@ struct VectorCheck {
 ///
 /// Errors: a bad index is reported as status 24, last() without elements as status 2, and
 /// the address that the formula gives is returned all the same; memory that runs out is
-/// reported as status 6 and the vector keeps what it had. Only a TvErrorStatus* thrown by a
+/// reported as status 6 (by the allocator, and by clone() for the record) and the vector
+/// keeps what it had. Only a TvErrorStatus* thrown by a
 /// crash recorder, or what an element throws when it is copied, leaves a vector. Memory: a
 /// record from _tvMalloc, elements from `Allocator`; vectors without elements share one
 /// static record. Threads: plain counts, and all empty vectors share one: keep vectors on
@@ -84,11 +85,15 @@ public:
 
     TvVector() : m_data(rawEmptyData()) {}
 
-    LengthT length() const { return m_data->logicalCnt; }
-    LengthT logicalLength() const { return m_data->logicalCnt; }
+    // A static vector whose constructor has not run yet holds no record.
+    LengthT length() const { return m_data.isNull() ? 0 : m_data->logicalCnt; }
+    LengthT logicalLength() const { return length(); }
     LengthT physicalLength() const { return m_data->physicalCnt; }
     /// The step of the grow policy.
-    LengthT growLength() const { return static_cast<LengthT>(static_cast<unsigned int>(m_data->growPolicy)); }
+    LengthT growLength() const
+    {
+        return m_data.isNull() ? 8 : static_cast<LengthT>(static_cast<unsigned int>(m_data->growPolicy));
+    }
     bool isEmpty() const { return m_data->logicalCnt == 0; }
     /// True when another vector holds the same elements, as all empty vectors do.
     bool isShared() const { return m_data->refCount > 1; }
@@ -122,7 +127,13 @@ public:
     T& appendInternal() { return addElement() ? last() : spareElement(); }
 
     void resize(unsigned int n) { setLogicalLength(static_cast<LengthT>(n)); }
-    void reserve(unsigned int n) { setPhysicalLength(static_cast<LengthT>(n)); }
+    void reserve(unsigned int n)
+    {
+        if (n > static_cast<unsigned int>(INT_MAX))
+            TvDetail::reportStatus(Orna::eOutOfMemory);
+        else
+            setPhysicalLength(static_cast<LengthT>(n));
+    }
     /// The capacity stays.
     void removeAll() { setLogicalLength(0); }
 

@@ -4,6 +4,7 @@
 #include "codepage/CodepageSearch.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -162,13 +163,21 @@ const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper) noexcept
 {
     const CodepageView view = CodepageView::of(&mapper);
     const bool leadBytes = mapper.m_leadBytes.length() > 0;
-    if (mapper.m_index && !isCurrent(*mapper.m_index, view, leadBytes)) {
-        deleteCodepageIndex(mapper.m_index);
-        mapper.m_index = nullptr;
+    // Conversions with complete mappers may run side by side: who comes second drops his own.
+    const std::atomic_ref<CodepageIndex*> published(mapper.m_index);
+    CodepageIndex* index = published.load(std::memory_order_acquire);
+    if (index && isCurrent(*index, view, leadBytes))
+        return index;
+    if (index) { // somebody has changed the mapper, which nobody may use meanwhile
+        published.store(nullptr, std::memory_order_relaxed);
+        deleteCodepageIndex(index);
     }
-    if (!mapper.m_index)
-        mapper.m_index = makeIndex(view, leadBytes);
-    return mapper.m_index;
+    CodepageIndex* const made = makeIndex(view, leadBytes);
+    CodepageIndex* first = nullptr;
+    if (!made || published.compare_exchange_strong(first, made, std::memory_order_acq_rel))
+        return made;
+    deleteCodepageIndex(made);
+    return first;
 }
 
 void deleteCodepageIndex(CodepageIndex* index) noexcept

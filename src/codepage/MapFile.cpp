@@ -36,9 +36,10 @@ bool readDirectory(std::uint32_t (&offsets)[kDirectoryEntries], TvStreamBuf& str
 {
     if (!hasBytesLeft(stream, sizeof offsets))
         return false;
+    const std::uint64_t end = stream.tell() + sizeof offsets;
     for (std::uint32_t& offset : offsets)
         offset = static_cast<std::uint32_t>(TvPlatformStreamer::readInt32(stream));
-    return true;
+    return stream.tell() == end; // a file that has become shorter reads short without a word
 }
 
 bool readTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnicodePair>& pairs)
@@ -58,7 +59,10 @@ bool readTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnico
     const std::unique_ptr<unsigned short[]> numbers(new (std::nothrow) unsigned short[2 * count]());
     if (!numbers)
         return false;
+    const std::uint64_t end = stream.tell() + bytes;
     stream.readBytes(reinterpret_cast<unsigned char*>(numbers.get()), bytes);
+    if (stream.tell() != end) // a file that has become shorter reads short without a word
+        return false;
 
     const unsigned short* const codes = numbers.get();
     const unsigned short* const units = codes + count;

@@ -3,7 +3,6 @@
 
 #include "TvCharMapper.h"
 #include "TvFileStreamBuf.h"
-#include "TvFileSystem.h"
 #include "codepage/tables/SingleByteTables.h"
 
 #include <memory>
@@ -33,12 +32,11 @@ TvStreamBuf* openMapFile()
     const wchar_t* path = TvCharMapper::m_MapFile;
     if (!path || *path == 0)
         return nullptr;
-    try {
-        return TvFileSystem::createFileBuf(path, TvIO::kAccessRead, TvIO::kShareDenyNone,
-                                           TvIO::kOpenExisting);
-    } catch (...) { // the file streams throw messages and statuses
-        return nullptr;
-    }
+    // Not as a mapping, which another process could cut short under the reader.
+    Orna::ErrorStatus status = Orna::eOk;
+    std::unique_ptr<TvStreamBuf> stream(
+        createFileStreamBuf(path, &status, TvIO::kAccessRead, TvIO::kShareDenyNone, TvIO::kOpenExisting));
+    return status == Orna::eOk ? stream.release() : nullptr;
 }
 
 void loadMapper(EkCodepageMapper& mapper)

@@ -11,7 +11,7 @@
 #include <memory>
 #include <new>
 
-CStdStr<wchar_t> TvCharMapper::m_MapFile __attribute__((init_priority(TvStartup::kCodePageRegistry)));
+CStdStr<wchar_t> TvCharMapper::m_MapFile __attribute__((init_priority(TvStartup::kMapFileName)));
 
 namespace {
 
@@ -20,7 +20,7 @@ bool readMapHeader(TvStreamBuf& stream)
 {
     unsigned char last = 0;
     for (std::uint64_t left = stream.length(); left > 0; --left) {
-        const unsigned char b = stream.getByte();
+        const unsigned char b = stream.readByte();
         if (b == 0)
             return last == 'H';
         last = b;
@@ -48,7 +48,8 @@ Orna::ErrorStatus TvCharMapper::initialize(const CStdStr<wchar_t>& mapFile)
         m_MapFile.clear();
     }
     const std::unique_ptr<TvStreamBuf> stream(TvDetail::openMapFile());
-    if (!stream)
+    const bool isBuilt = theTvCodePages()->findMapperByAcadCp(CP_UNDEFINED) != nullptr;
+    if (!stream || !isBuilt) // without memory for the registry no file is of use
         return Orna::eFileNotFound;
     return readMapFile(*stream) ? Orna::eOk : Orna::eBadMapFile;
 }

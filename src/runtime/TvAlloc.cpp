@@ -37,7 +37,7 @@ wchar_t* _tvStrdup(const wchar_t* text)
     return copy != nullptr ? std::wmemcpy(copy, text, length) : nullptr;
 }
 
-void _tvStrdupFree(wchar_t* text)
+void _tvStrdupFree(void* text)
 {
     if (text != nullptr)
         _tvFree(text);

@@ -5,6 +5,7 @@
 #include "stream/TvFlatMemBufStore.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -30,8 +31,8 @@ TvFileOStreamBuf::~TvFileOStreamBuf()
 
 // Writes to the file, past the cache and past the C stream's own buffer, so that what fails
 // fails here. The repositioning that a C stream wants before a write is left out where the
-// last thing that happened to it was a write.
-bool TvFileOStreamBuf::writeThrough(const unsigned char* buf, std::uint32_t count)
+// last thing that happened to it was a write. Returns how many bytes were written.
+std::uint32_t TvFileOStreamBuf::writeThrough(const unsigned char* buf, std::uint32_t count)
 {
     if (!m_unbuffered)
         m_unbuffered = std::setvbuf(m_handle, nullptr, _IONBF, 0) == 0;
@@ -39,22 +40,25 @@ bool TvFileOStreamBuf::writeThrough(const unsigned char* buf, std::uint32_t coun
         ::fseeko(m_handle, 0, SEEK_CUR);
     const std::size_t written = std::fwrite(buf, 1, count, m_handle);
     m_writingNow = std::ferror(m_handle) == 0 && written == count;
-    if (m_writingNow)
-        m_dirty = true;
-    return m_writingNow;
+    m_dirty = m_dirty || written != 0;
+    return static_cast<std::uint32_t>(written);
 }
 
-// Writes the cache up to its cursor. The cache keeps its length, and after a failure its
-// cursor too.
+// Writes the cache up to its cursor. The cache keeps its length; after a failure it holds
+// what has not reached the file, so that nothing is written twice.
 bool TvFileOStreamBuf::writeCache()
 {
     const auto count = static_cast<std::uint32_t>(m_cache.tell());
     if (count == 0)
         return true;
-    if (!writeThrough(m_cache.buffer(), count))
-        return false;
-    m_cache.rewind();
-    return true;
+    const std::uint32_t written = writeThrough(m_cache.buffer(), count);
+    if (m_writingNow) {
+        m_cache.rewind();
+        return true;
+    }
+    std::memmove(m_cache.buffer(), m_cache.buffer() + written, count - written);
+    m_cache.moveTo(count - written);
+    return false;
 }
 
 std::uint64_t TvFileOStreamBuf::tell() const { return TvFileStreamBufImpl::tell() + m_cache.tell(); }
@@ -94,7 +98,8 @@ void TvFileOStreamBuf::writeBytes(const unsigned char* buf, std::uint32_t count)
         }
     } // a piece that the cache found no memory for goes the way of the large ones
     flush();
-    if (!writeThrough(buf, count))
+    writeThrough(buf, count);
+    if (!m_writingNow)
         tvThrowMessage(L"Write file error!");
 }
 

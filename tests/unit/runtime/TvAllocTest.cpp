@@ -189,7 +189,7 @@ const TakeCase kTakes[] = {
 const GiveCase kGives[] = {
     {"Free", _tvFree},
     {"Deallocate", _tvDeallocate},
-    {"StrdupFree", [](void* p) { _tvStrdupFree(static_cast<wchar_t*>(p)); }},
+    {"StrdupFree", [](void* p) { _tvStrdupFree(p); }},
     {"FreeDbg", [](void* p) { _tvFreeDbg(p, nullptr, 0); }},
     {"DeallocateDbg", [](void* p) { _tvDeallocateDbg(p, nullptr, 0); }},
     {"FreePage", tvFreePage},

@@ -107,8 +107,13 @@ TEST(Report, MessageComesFromAFileOfTwoQuotationMarks)
 
 TEST(Report, WithoutARecorderNothingIsSeen)
 {
+    ASSERT_EQ(ornaGetCrashRecorder(), nullptr);
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
     TvDetail::reportStatus(Orna::eInvalidIndex);
     TvDetail::reportMessage(L"text");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
 class Deletion : public TvException {

@@ -19,10 +19,27 @@ for right in none whole-unit; do
         failed=1
     fi
 done
-for mistake in overrun underrun page-overrun use-after-free use-after-resize leak; do
-    if output=$(run $mistake); then
-        echo "$mistake was not seen"
+
+# must_see <mistake> <words of the report>
+must_see() {
+    if output=$(run "$1"); then
+        echo "$1 was not seen"
+        failed=1
+    elif ! echo "$output" | grep -Eq "$2"; then
+        echo "$1 was told of otherwise than by '$2': $output"
         failed=1
     fi
+}
+
+if [ "$tool" = valgrind ]; then
+    wrong_access='Invalid write'
+    leak='definitely lost'
+else
+    wrong_access='AddressSanitizer: (use-after-poison|unknown-crash)'
+    leak='pooled units leaked' # what leak checking cannot look into, the program counts
+fi
+for mistake in overrun underrun page-overrun use-after-free use-after-resize; do
+    must_see $mistake "$wrong_access"
 done
+must_see leak "$leak"
 exit $failed
