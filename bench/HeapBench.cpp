@@ -163,7 +163,7 @@ void addPeer(std::vector<Allocator>& all, const char* name, const char* library,
 
 std::vector<Allocator> allocators()
 {
-    std::vector<Allocator> all = {{"library", _tvMalloc, _tvFree}, {"glibc", std::malloc, std::free}};
+    std::vector<Allocator> all = {{"tv", _tvMalloc, _tvFree}, {"glibc", std::malloc, std::free}};
     addPeer(all, "mimalloc", "libmimalloc.so.2", "mi_malloc", "mi_free");
     addPeer(all, "tcmalloc", "libtcmalloc_minimal.so.4", "tc_malloc", "tc_free");
     return all;
