@@ -47,6 +47,11 @@ struct VectorCheck {
     }
 };
 
+// Whether another vector holds the same elements, as all empty vectors do: for those who
+// write through asArrayPtr().
+template<class T, class Allocator, class LengthT, class GrowPolicy>
+bool isShared(const TvVector<T, Allocator, LengthT, GrowPolicy>& vector);
+
 } // namespace TvDetail
 
 /// A growable array; copies share their elements until one of them is written to.
@@ -62,11 +67,10 @@ struct VectorCheck {
 /// Errors: a bad index is reported as status 24, last() without elements as status 2, and
 /// the address that the formula gives is returned all the same; memory that runs out is
 /// reported as status 6 (by the allocator, and by clone() for the record) and the vector
-/// keeps what it had. Only a TvErrorStatus* thrown by a
-/// crash recorder, or what an element throws when it is copied, leaves a vector. Memory: a
-/// record from _tvMalloc, elements from `Allocator`; vectors without elements share one
-/// static record. Threads: plain counts, and all empty vectors share one: keep vectors on
-/// one thread.
+/// keeps what it had. Only a TvErrorStatus* thrown by a crash recorder, or what an element
+/// throws when it is copied, leaves a vector. Memory: a record from _tvMalloc, elements
+/// from `Allocator`; vectors without elements share one static record. Threads: plain
+/// counts, and all empty vectors share one: keep vectors on one thread.
 ///
 ///     TvVector<wchar_t> text;
 ///     for (wchar_t c : {L'a', L'b', L'\0'})
@@ -95,8 +99,6 @@ public:
         return m_data.isNull() ? 8 : static_cast<LengthT>(static_cast<unsigned int>(m_data->growPolicy));
     }
     bool isEmpty() const { return m_data->logicalCnt == 0; }
-    /// True when another vector holds the same elements, as all empty vectors do.
-    bool isShared() const { return m_data->refCount > 1; }
     bool isValidIndex(LengthT i) const { return i >= 0 && i < m_data->logicalCnt; }
 
     const T* asArrayPtr() const { return m_data->array; }
@@ -215,6 +217,7 @@ private:
     using Record = TvDetail::VectorRecord;
     using Elements = TvDetail::VectorElements<T, Allocator>;
     friend struct TvDetail::VectorCheck;
+    friend bool TvDetail::isShared<>(const TvVector& vector);
 
     T* endOfElements() const { return m_data->array + m_data->logicalCnt; }
 
@@ -329,6 +332,12 @@ private:
 
     DataPtr m_data;
 };
+
+template<class T, class Allocator, class LengthT, class GrowPolicy>
+bool TvDetail::isShared(const TvVector<T, Allocator, LengthT, GrowPolicy>& vector)
+{
+    return vector.m_data->refCount > 1;
+}
 
 extern template class TV_OSBASE_API TvVector<char>;
 extern template class TV_OSBASE_API TvVector<wchar_t>;

@@ -40,6 +40,15 @@ auto admitErrorStatusOnly(Step step) -> decltype(step())
     }
 }
 
+// Constructed elements (without a value where T has no constructor); null, without a
+// report, when there is no memory.
+template<class T>
+T* newElements(int count)
+{
+    const auto size = static_cast<std::size_t>(count);
+    return size > PTRDIFF_MAX / sizeof(T) ? nullptr : new (std::nothrow) T[size];
+}
+
 } // namespace TvDetail
 
 /// Elements from array new.
@@ -60,7 +69,7 @@ public:
         if (count < 1)
             return nullptr;
         return TvDetail::admitErrorStatusOnly([count] {
-            T* const array = tryAlloc(count);
+            T* const array = TvDetail::newElements<T>(count);
             if (!array)
                 TvDetail::reportStatus(Orna::eOutOfMemory);
             return array;
@@ -68,13 +77,6 @@ public:
     }
 
     static void dealloc(T* array, int) { delete[] array; }
-
-    /// As alloc(), without a report.
-    static T* tryAlloc(int count)
-    {
-        const auto size = static_cast<std::size_t>(count);
-        return size > PTRDIFF_MAX / sizeof(T) ? nullptr : new (std::nothrow) T[size];
-    }
 };
 
 /// Raw memory from _tvMalloc; the vector constructs and destroys what it keeps there.
@@ -282,7 +284,7 @@ struct VectorElements {
 private:
     static T* enlargeByMove(T* array, int used, int room)
     {
-        T* const larger = Allocator::tryAlloc(room);
+        T* const larger = newElements<T>(room);
         if (!larger)
             return nullptr;
         if constexpr (std::is_trivially_copyable<T>::value || !std::is_nothrow_move_assignable<T>::value) {

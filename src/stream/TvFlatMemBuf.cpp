@@ -42,9 +42,9 @@ bool TvFlatMemBuf::endAt(std::uint32_t end)
 // Has the bytes to itself. False when there was no memory for a copy of shared ones.
 bool TvFlatMemBuf::unshare()
 {
-    if (m_bytes.isShared())
+    if (TvDetail::isShared(m_bytes))
         m_bytes.copyBeforeWrite(0);
-    return !m_bytes.isShared();
+    return !TvDetail::isShared(m_bytes);
 }
 
 // As endAt(), with bytes that may be changed.
@@ -114,7 +114,7 @@ unsigned char TvFlatMemBuf::readByte()
 void TvFlatMemBuf::writeByte(unsigned char b)
 {
     const bool appends = m_cursor == storedLength() && m_cursor < roomLength();
-    if (!appends || m_bytes.isShared())
+    if (!appends || TvDetail::isShared(m_bytes))
         return TvFlatMemBuf::writeBytes(&b, 1);
     m_bytes.append(b); // no more than a store and a count here
     ++m_cursor;

@@ -21,7 +21,7 @@ inline std::uint32_t TvFlatMemBuf::roomLength() const
 inline bool TvFlatMemBuf::store(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
                                 std::uint32_t length)
 {
-    if (length > roomLength() || m_bytes.isShared())
+    if (length > roomLength() || TvDetail::isShared(m_bytes))
         return storeMoving(at, buf, count, length);
     m_bytes.setLogicalLength(static_cast<int>(length));
     tvCopyBytes(m_bytes.asArrayPtr() + at, buf, count);
