@@ -2,7 +2,9 @@
 #ifndef TV_OSBASE_H
 #define TV_OSBASE_H
 
+#include "OrCodePage.h"
 #include "TvAlloc.h"
+#include "TvCharCategory.h"
 #include "TvCharConverter.h"
 #include "TvCharMapper.h"
 #include "TvCharOp.h"
