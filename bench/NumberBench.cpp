@@ -96,14 +96,34 @@ const std::vector<std::wstring>& wideTextsOf(Input input)
     return texts;
 }
 
-// Every writer gets room and a value, and answers the end of what it wrote. `check` writes
-// what the comparison reads.
-template<class Writer, class Check>
-void write(benchmark::State& state, Input input, Writer writer, Check check, const char* format)
+// Every writer gets room and a value, and answers the end of what it wrote. `compared`
+// writes the text that is compared: of bare digits a number that can be read.
+using WriteFunction = char* (*)(char*, double);
+
+struct Writer {
+    const char* name;
+    WriteFunction timed;
+    WriteFunction compared;
+    bool takesLargeValues = true;
+
+    Writer(const char* who, WriteFunction text) : name(who), timed(text), compared(text) {}
+    Writer(const char* who, WriteFunction digits, WriteFunction number)
+        : name(who), timed(digits), compared(number)
+    {
+    }
+    Writer smallValuesOnly() const
+    {
+        Writer w = *this;
+        w.takesLargeValues = false;
+        return w;
+    }
+};
+
+void write(benchmark::State& state, Input input, const Writer& writer, const char* format)
 {
     char text[kTextRoom], expected[kTextRoom];
     for (const double value : inputOf(input)) {
-        *check(text, value) = '\0';
+        *writer.compared(text, value) = '\0';
         if (format)
             std::snprintf(expected, sizeof expected, format, value);
         if (std::strtod(text, nullptr) != (format ? std::strtod(expected, nullptr) : value)) {
@@ -114,13 +134,14 @@ void write(benchmark::State& state, Input input, Writer writer, Check check, con
     const double* values = inputOf(input).data();
     while (state.KeepRunningBatch(kNumbers)) {
         for (int i = 0; i < kNumbers; ++i) {
-            benchmark::DoNotOptimize(writer(text, values[i]));
+            benchmark::DoNotOptimize(writer.timed(text, values[i]));
             benchmark::ClobberMemory();
         }
     }
 }
 
-// The digits of the library stand in a block of its own, which is given back.
+// Bare digits, a sign and the place of the point. Those of the library stand in a block of
+// its own, which is given back.
 template<int Mode, int Digits>
 char* digitsLibrary(char*, double value)
 {
@@ -131,23 +152,40 @@ char* digitsLibrary(char*, double value)
     return digits;
 }
 
-// The same as text that the comparison can read.
 template<int Mode, int Digits>
-char* writeDigits(char* out, double value)
+char* numberOfDigitsLibrary(char* out, double value)
 {
     int point, sign;
     char* end;
     char* digits = TvGdImpl::dtoa(value, Mode, Digits, &point, &sign, &end);
-    const std::size_t n = static_cast<std::size_t>(end - digits);
-    *out = '-';
-    out += sign;
-    *out++ = '.';
-    std::memcpy(out, digits, n);
+    const int n = static_cast<int>(end - digits);
+    CvtFormatter<char>::formatE(out, digits, n, n - 1, point, sign, 'e');
     TvGdImpl::freedtoa(digits);
-    out += n;
-    *out++ = 'e';
-    CvtFormatter<char>::expToAscii(out, point);
-    return out;
+    return out + std::strlen(out);
+}
+
+using DigitsMode = double_conversion::DoubleToStringConverter::DtoaMode;
+
+template<DigitsMode Mode, int Digits>
+char* digitsDoubleConversion(char* out, double value)
+{
+    bool sign;
+    int length, point;
+    double_conversion::DoubleToStringConverter::DoubleToAscii(
+        value, Mode, Digits, out, static_cast<int>(kTextRoom), &sign, &length, &point);
+    return out + length;
+}
+
+template<DigitsMode Mode, int Digits>
+char* numberOfDigitsDoubleConversion(char* out, double value)
+{
+    bool sign;
+    int length, point;
+    char digits[kTextRoom];
+    double_conversion::DoubleToStringConverter::DoubleToAscii(
+        value, Mode, Digits, digits, static_cast<int>(kTextRoom), &sign, &length, &point);
+    CvtFormatter<char>::formatE(out, digits, length, length - 1, point, sign, 'e');
+    return out + std::strlen(out);
 }
 
 const double_conversion::DoubleToStringConverter& converter()
@@ -167,8 +205,16 @@ char* byDoubleConversion(char* out, Conversion conversion)
     return out + n;
 }
 
-using WriteFunction = char* (*)(char*, double);
-
+// As text: an exponent below 1e-4 and from 1e17 on.
+char* shortestLibrary(char* t, double v)
+{
+    int point, sign;
+    char* end;
+    char* digits = TvGdImpl::dtoa(v, 0, 0, &point, &sign, &end);
+    CvtFormatter<char>::formatG(t, digits, static_cast<int>(end - digits), 17, point, sign, 'e', 0);
+    TvGdImpl::freedtoa(digits);
+    return t + std::strlen(t);
+}
 char* shortestToChars(char* t, double v) { return std::to_chars(t, t + kTextRoom, v).ptr; }
 char* shortestFmt(char* t, double v) { return fmt::format_to(t, FMT_COMPILE("{}"), v); }
 char* shortestDoubleConversion(char* t, double v)
@@ -176,6 +222,14 @@ char* shortestDoubleConversion(char* t, double v)
     return byDoubleConversion(t, [v](auto& b) { converter().ToShortest(v, &b); });
 }
 
+// What reads back without the shortest digits: 17 of them.
+char* shortestLibc(char* t, double v) { return t + std::snprintf(t, kTextRoom, "%.17g", v); }
+
+char* digits17Library(char* t, double v)
+{
+    tvFltToE(t, v, 16, 'e');
+    return t + std::strlen(t);
+}
 char* digits17ToChars(char* t, double v)
 {
     return std::to_chars(t, t + kTextRoom, v, std::chars_format::scientific, 16).ptr;
@@ -265,19 +319,15 @@ double parseWideByNarrowing(const std::wstring& t)
 
 const char* const kInputNames[] = {"coords", "randombits", "shortdecimals"};
 
-void addWriters(const char* row, const char* format,
-                std::initializer_list<std::pair<const char*, WriteFunction>> writers, bool ofCoordinatesOnly,
-                WriteFunction checkOfLibrary = nullptr)
+void addWriters(const char* row, const char* format, const std::vector<Writer>& writers)
 {
     for (const Input input : {Coordinates, RandomBits, ShortDecimals}) {
-        if (ofCoordinatesOnly && input == RandomBits)
-            continue;
-        for (const auto& [name, writer] : writers) {
+        for (const Writer& writer : writers) {
+            if (input == RandomBits && !writer.takesLargeValues)
+                continue;
             benchmark::RegisterBenchmark(
-                (std::string(row) + "_" + kInputNames[input] + "/" + name).c_str(),
-                [input, writer = writer,
-                 check = checkOfLibrary && &writer == &writers.begin()->second ? checkOfLibrary : writer,
-                 format](benchmark::State& s) { write(s, input, writer, check, format); });
+                (std::string(row) + "_" + kInputNames[input] + "/" + writer.name).c_str(),
+                [input, writer, format](benchmark::State& s) { write(s, input, writer, format); });
         }
     }
 }
@@ -295,33 +345,40 @@ void addReader(const char* row, const char* name, Input input, const std::vector
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
+    using Converter = double_conversion::DoubleToStringConverter;
     addWriters("dtoa/shortest", nullptr,
-               {{"tv", digitsLibrary<0, 0>},
+               {{"tv", shortestLibrary},
                 {"to_chars", shortestToChars},
                 {"fmt", shortestFmt},
-                {"double_conversion", shortestDoubleConversion}},
-               false, writeDigits<0, 0>);
+                {"double_conversion", shortestDoubleConversion},
+                {"snprintf", shortestLibc}});
+    addWriters("dtoa/bare_shortest", nullptr,
+               {{"tv", digitsLibrary<0, 0>, numberOfDigitsLibrary<0, 0>},
+                {"double_conversion", digitsDoubleConversion<Converter::SHORTEST, 0>,
+                 numberOfDigitsDoubleConversion<Converter::SHORTEST, 0>}});
     addWriters("dtoa/digits17", "%.16e",
-               {{"tv", digitsLibrary<2, 17>},
+               {{"tv", digits17Library},
                 {"to_chars", digits17ToChars},
                 {"fmt", digits17Fmt},
                 {"double_conversion", digits17DoubleConversion},
-                {"snprintf", digits17Libc}},
-               false, writeDigits<2, 17>);
+                {"snprintf", digits17Libc}});
+    addWriters("dtoa/bare_digits17", "%.16e",
+               {{"tv", digitsLibrary<2, 17>, numberOfDigitsLibrary<2, 17>},
+                {"double_conversion", digitsDoubleConversion<Converter::PRECISION, 17>,
+                 numberOfDigitsDoubleConversion<Converter::PRECISION, 17>}});
+    // double-conversion refuses 1e60 and above here.
     addWriters("dtoa/f6", "%.6f",
                {{"tv", f6Library},
                 {"to_chars", f6ToChars},
                 {"fmt", f6Fmt},
-                {"double_conversion", f6DoubleConversion},
-                {"snprintf", f6Libc}},
-               true);
+                Writer("double_conversion", f6DoubleConversion).smallValuesOnly(),
+                {"snprintf", f6Libc}});
     addWriters("dtoa/g15", "%.15g",
                {{"tv", g15Library},
                 {"to_chars", g15ToChars},
                 {"fmt", g15Fmt},
                 {"double_conversion", g15DoubleConversion},
-                {"snprintf", g15Libc}},
-               false);
+                {"snprintf", g15Libc}});
     for (const Input input : {Coordinates, RandomBits, ShortDecimals}) {
         addReader("atod/mix", "tv", input, textsOf(input), parseLibrary);
         addReader("atod/mix", "from_chars", input, textsOf(input), parseFromChars);
