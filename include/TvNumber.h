@@ -60,8 +60,9 @@ TV_OSBASE_API wchar_t* tvFltToE(double value, int precision, int expChar);
 /// At most `precision` digits, with an exponent below 1e-4 and from 10^precision on.
 ///
 /// `style` 1 fills with zeros where no digit stands behind the point or the number is
-/// below 1 (2.000, 0.5000, but 1.5), 2 ends whole numbers with ".0", others below 1 write
-/// the digits alone.
+/// below 1 (2.000, 0.5000, but 1.5), 2 ends whole numbers with ".0", 0 and below write the
+/// digits alone. From 3 on as 0, but that whole numbers without an exponent end with the
+/// bare point: "2." and 2e+010.
 TV_OSBASE_API void tvFltToG(char* out, double value, int precision, int expChar, int style);
 TV_OSBASE_API wchar_t* tvFltToG(double value, int precision, int expChar, int style);
 

@@ -39,16 +39,20 @@ inline bool lowerGapIsHalf(std::uint64_t bits)
     return (bits & (kHiddenBit - 1)) == 0 && (bits & kInfinityBits) > kHiddenBit;
 }
 
-/// floor(log10(2^e)), right for |e| <= 1650.
+// Multiples of a rounded logarithm, exact as far as is said, which is farther than
+// conversions go.
+
+/// floor(log10(2^e)), right for |e| <= 1650 and no farther. Doubles need |e| <= 1074.
 constexpr int floorLog10Pow2(int e) { return (e * 78913) >> 18; }
 
-/// floor(log10(3/4 * 2^e)), right for |e| <= 1100.
+/// floor(log10(3/4 * 2^e)), right for |e| <= 1100 at least. Doubles need -1074 to 971.
 constexpr int floorLog10ThreeQuartersPow2(int e)
 {
     return static_cast<int>((e * std::int64_t{1292913986} - 536607787) >> 32);
 }
 
-/// floor(log2(10^e)), right for |e| <= 1233.
+/// floor(log2(10^e)), right for |e| <= 642 and no farther. The table of powers needs
+/// |e| <= 343.
 constexpr int floorLog2Pow10(int e) { return (e * 217706) >> 16; }
 
 #endif

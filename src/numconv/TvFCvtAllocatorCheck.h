@@ -16,6 +16,20 @@ struct TvFCvtAllocatorCheck {
 
     static std::size_t poolBytes() { return TvFCvtAllocator::kPoolBytes; }
 
+    /// Bytes from the start of the object to lock, pool, bump pointer and free lists.
+    struct Offsets {
+        std::size_t lock, pool, next, lists;
+    };
+
+    static Offsets offsets(const TvFCvtAllocator& a)
+    {
+        const auto from = [&a](const void* field) {
+            return static_cast<std::size_t>(static_cast<const char*>(field) -
+                                            reinterpret_cast<const char*>(&a));
+        };
+        return {from(&a.m_lock), from(a.m_pool), from(&a.m_next), from(a.m_free)};
+    }
+
     static std::size_t poolUsed(const TvFCvtAllocator& a)
     {
         return a.m_next ? static_cast<std::size_t>(a.m_next - a.m_pool) : 0;

@@ -138,26 +138,43 @@ inline ExactDecimal shortest(const DoubleNeighbourhood& n, bool inclusive)
     }
 }
 
-/// What dtoa gives in modes 0 to 9 for a finite value other than 0.
+/// What dtoa gives in modes 0 to 9 for a finite value other than 0, which is written out
+/// once for all of them.
+class ExpectedDigits {
+public:
+    explicit ExpectedDigits(std::uint64_t bits)
+        : m_near(neighbourhood(bits)), m_shortest(shortest(m_near, m_near.even)),
+          m_strictlyShortest(shortest(m_near, false))
+    {
+    }
+
+    ExactDecimal in(int mode, int ndigits) const
+    {
+        if (mode >= 6)
+            mode -= 4;
+        if (mode < 2)
+            return mode == 0 ? m_shortest : m_strictlyShortest;
+        const bool byPlaces = mode == 3 || mode == 5;
+        const int wanted = ndigits < 1 && !byPlaces ? 1 : ndigits;
+        if (mode >= 4) {
+            const int length = static_cast<int>(m_shortest.digits.size());
+            if ((byPlaces ? length - m_shortest.point : length) <= wanted)
+                return m_shortest;
+        }
+        ExactDecimal r = rounded(m_near.value, byPlaces ? m_near.value.point + wanted : wanted);
+        if (r.digits.empty())
+            r.point = -wanted;
+        return r;
+    }
+
+private:
+    DoubleNeighbourhood m_near;
+    ExactDecimal m_shortest, m_strictlyShortest;
+};
+
 inline ExactDecimal expectedDigits(std::uint64_t bits, int mode, int ndigits)
 {
-    const DoubleNeighbourhood n = neighbourhood(bits);
-    if (mode >= 6)
-        mode -= 4;
-    if (mode < 2)
-        return shortest(n, mode == 0 && n.even);
-    const bool byPlaces = mode == 3 || mode == 5;
-    const int wanted = ndigits < 1 && !byPlaces ? 1 : ndigits;
-    if (mode >= 4) {
-        const ExactDecimal s = shortest(n, n.even);
-        const int length = static_cast<int>(s.digits.size());
-        if ((byPlaces ? length - s.point : length) <= wanted)
-            return s;
-    }
-    ExactDecimal r = rounded(n.value, byPlaces ? n.value.point + wanted : wanted);
-    if (r.digits.empty())
-        r.point = -wanted;
-    return r;
+    return ExpectedDigits(bits).in(mode, ndigits);
 }
 
 /// The bits of the double nearest to `x`, ties to even, by halving the range of all bits.

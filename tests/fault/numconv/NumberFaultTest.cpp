@@ -63,13 +63,30 @@ private:
 
 TEST_F(NumberFault, DigitsAreNullOrRight)
 {
+    // One third: shortest in modes 0 and 1, five digits in the others.
+    const char* const right[] = {"3333333333333333",
+                                 "3333333333333333",
+                                 "33333",
+                                 "33333",
+                                 "33333",
+                                 "33333",
+                                 "33333",
+                                 "33333",
+                                 "33333",
+                                 "33333"};
     for (int mode = 0; mode <= 9; ++mode) {
         char* digits = nullptr;
-        int point, sign;
+        int point = 0, sign = 0;
         const int allocations =
             eachFails([&] { digits = TvGdImpl::dtoa(1.0 / 3, mode, 5, &point, &sign, nullptr); },
                       [&](bool fired) {
-                          EXPECT_EQ(digits == nullptr, fired) << mode;
+                          if (fired) {
+                              EXPECT_EQ(digits, nullptr) << mode;
+                          } else {
+                              EXPECT_STREQ(digits, right[mode]) << mode;
+                              EXPECT_EQ(point, 0) << mode;
+                              EXPECT_EQ(sign, 0) << mode;
+                          }
                           TvGdImpl::freedtoa(digits);
                       });
         EXPECT_GE(allocations, mode == 0 || (mode >= 2 && mode <= 5) ? 1 : 4) << mode;
@@ -163,6 +180,42 @@ TEST_F(NumberFault, ParsedNumberIsRightOrNextToIt)
                 }
                 EXPECT_EQ(*end, '\0');
             });
+    }
+}
+
+// The pool is used up: every block is one of the heap, and none is kept.
+TEST_F(NumberFault, BlocksBehindThePoolGoBackToTheHeap)
+{
+    const auto convertAll = [] {
+        for (int mode = 0; mode <= 9; ++mode) {
+            for (const double value : {1.0 / 3, 5e-324, 0x1.fffffffffffffp1023, 1e23, HUGE_VAL}) {
+                int point, sign;
+                TvGdImpl::freedtoa(TvGdImpl::dtoa(value, mode, 30, &point, &sign, nullptr));
+            }
+        }
+        const std::string tie = "9007199254740993." + std::string(700, '0') + "1";
+        tvStrToD(tie.c_str(), nullptr);
+        tvStrToD(std::wstring(tie.begin(), tie.end()).c_str(), nullptr);
+        char out[400];
+        tvFltToF(out, 0x1p300, 3);
+        _tvFree(tvFltToE(1.0 / 3, 25, 'e'));
+    };
+    const HeapBalance balance;
+    for (int i = 0; i < 3; ++i)
+        convertAll();
+}
+
+TEST_F(NumberFault, EveryClassBehindThePoolGoesBackToTheHeap)
+{
+    for (int k = 0; k <= 17; ++k) {
+        const HeapBalance balance;
+        Bigint* first = tvFCvtAllocator().Alloc(k);
+        Bigint* second = tvFCvtAllocator().Alloc(k);
+        ASSERT_NE(first, nullptr) << k;
+        ASSERT_NE(second, nullptr) << k;
+        EXPECT_EQ(second->maxwds, 1 << k);
+        tvFCvtAllocator().Free(first);
+        tvFCvtAllocator().Free(second);
     }
 }
 

@@ -170,9 +170,12 @@ TEST(DtoaEnvironment, DigitsOfEveryModeAreTheSameInEveryRoundingMode)
                 const std::string expected = textOf(expectedDigits(bitsOfDouble(value), mode, ndigits));
                 for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
                     std::fesetround(rounding);
+                    std::feclearexcept(FE_ALL_EXCEPT);
                     const std::string positive = dtoaText(value, mode, ndigits);
                     const std::string negative = dtoaText(-value, mode, ndigits);
+                    const int flags = std::fetestexcept(FE_ALL_EXCEPT);
                     std::fesetround(FE_TONEAREST);
+                    EXPECT_EQ(flags, 0) << value << " mode " << mode << " digits " << ndigits;
                     EXPECT_EQ(positive, expected)
                         << value << " mode " << mode << " digits " << ndigits << " rounding " << rounding;
                     EXPECT_EQ(negative, "-" + expected)

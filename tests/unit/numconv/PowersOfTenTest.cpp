@@ -55,41 +55,50 @@ TEST_F(PowersOfTen, ExactlyThoseFromZeroTo55AreExact)
         ASSERT_EQ(compareEntryWithPower(p, 0) == 0, isExactTenPower(p)) << p;
 }
 
-// Both sides of every step, by exact comparison of powers.
-TEST(FloorLog, OfAPowerOfTwoIsExact)
+// Whether 10^q <= factor * 2^e, by big integers: fives and twos go where they are positive.
+bool isAtMost(int q, int factor, int e)
 {
-    for (int e = -1200; e <= 1200; ++e) {
-        const int p = floorLog10Pow2(e);
-        // 10^p <= 2^e < 10^(p + 1), as 5^p <= 2^(e - p).
-        const auto notAbove = [e](int q) {
-            Bigint* left = TvGdImpl::lshift(TvGdImpl::pow5mult(TvGdImpl::i2b(1), q), q - e);
-            Bigint* right = TvGdImpl::lshift(TvGdImpl::pow5mult(TvGdImpl::i2b(1), -q), e - q);
-            const bool result = TvGdImpl::cmp(left, right) <= 0;
-            TvGdImpl::Bfree(left);
-            TvGdImpl::Bfree(right);
-            return result;
-        };
-        ASSERT_TRUE(notAbove(p)) << e;
-        ASSERT_FALSE(notAbove(p + 1)) << e;
-    }
+    Bigint* power = TvGdImpl::lshift(TvGdImpl::pow5mult(TvGdImpl::i2b(1), q), q - e);
+    Bigint* value = TvGdImpl::lshift(TvGdImpl::pow5mult(TvGdImpl::i2b(factor), -q), e - q);
+    const bool result = TvGdImpl::cmp(power, value) <= 0;
+    TvGdImpl::Bfree(power);
+    TvGdImpl::Bfree(value);
+    return result;
 }
 
-TEST(FloorLog, OfThreeQuartersOfAPowerOfTwoIsExact)
+bool isFloorLog10(int p, int factor, int e) { return isAtMost(p, factor, e) && !isAtMost(p + 1, factor, e); }
+
+// Whether 2^p <= 10^e < 2^(p + 1), for powers of ten that are no power of two.
+bool isFloorLog2(int p, int e) { return e == 0 ? p == 0 : !isAtMost(e, 1, p) && isAtMost(e, 1, p + 1); }
+
+TEST(FloorLog, OfAPowerOfTwoIsExactAsFarAsItSays)
 {
-    for (int e = -1100; e <= 1100; ++e) {
-        const int p = floorLog10ThreeQuartersPow2(e);
-        // 10^p <= 3 * 2^(e - 2) < 10^(p + 1).
-        const auto notAbove = [e](int q) {
-            Bigint* left = TvGdImpl::lshift(TvGdImpl::pow5mult(TvGdImpl::i2b(1), q), q - (e - 2));
-            Bigint* right = TvGdImpl::lshift(TvGdImpl::pow5mult(TvGdImpl::i2b(3), -q), e - 2 - q);
-            const bool result = TvGdImpl::cmp(left, right) <= 0;
-            TvGdImpl::Bfree(left);
-            TvGdImpl::Bfree(right);
-            return result;
-        };
-        ASSERT_TRUE(notAbove(p)) << e;
-        ASSERT_FALSE(notAbove(p + 1)) << e;
-    }
+    for (int e = -1650; e <= 1650; ++e)
+        ASSERT_TRUE(isFloorLog10(floorLog10Pow2(e), 1, e)) << e;
+}
+
+TEST(FloorLog, OfAPowerOfTwoIsWrongBehindItsBounds)
+{
+    EXPECT_FALSE(isFloorLog10(floorLog10Pow2(1651), 1, 1651));
+    EXPECT_FALSE(isFloorLog10(floorLog10Pow2(-1651), 1, -1651));
+}
+
+TEST(FloorLog, OfThreeQuartersOfAPowerOfTwoIsExactAsFarAsItSays)
+{
+    for (int e = -1100; e <= 1100; ++e)
+        ASSERT_TRUE(isFloorLog10(floorLog10ThreeQuartersPow2(e), 3, e - 2)) << e;
+}
+
+TEST(FloorLog, OfAPowerOfTenIsExactAsFarAsItSays)
+{
+    for (int e = -642; e <= 642; ++e)
+        ASSERT_TRUE(isFloorLog2(floorLog2Pow10(e), e)) << e;
+}
+
+TEST(FloorLog, OfAPowerOfTenIsWrongBehindItsBounds)
+{
+    EXPECT_FALSE(isFloorLog2(floorLog2Pow10(643), 643));
+    EXPECT_FALSE(isFloorLog2(floorLog2Pow10(-643), -643));
 }
 
 } // namespace

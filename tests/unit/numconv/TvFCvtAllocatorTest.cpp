@@ -1,11 +1,12 @@
 #include "TvGdImpl.h"
 
-#include "TvAlloc.h"
+#include "TvNumber.h"
 #include "numconv/TvFCvtAllocatorCheck.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <cstddef>
+#include <string>
 #include <vector>
 
 namespace {
@@ -44,7 +45,12 @@ TEST_F(NumberPool, IsOneObjectForTheWholeLibrary) { EXPECT_EQ(&tvFCvtAllocator()
 
 TEST_F(NumberPool, HoldsLockPoolBumpPointerAndSixteenLists)
 {
-    EXPECT_EQ(sizeof(TvFCvtAllocator), sizeof(void*) + 3944 + sizeof(void*) + 16 * sizeof(void*));
+    const Check::Offsets at = Check::offsets(tvFCvtAllocator());
+    EXPECT_EQ(at.lock, 0u);
+    EXPECT_EQ(at.pool, 8u);
+    EXPECT_EQ(at.next, 8u + 3944);
+    EXPECT_EQ(at.lists, 8u + 3944 + 8);
+    EXPECT_EQ(sizeof(TvFCvtAllocator), 8u + 3944 + 8 + 16 * 8);
     EXPECT_EQ(Check::poolBytes(), 3944u);
 }
 
@@ -181,6 +187,46 @@ TEST_F(NumberPool, ManyConversionsReusePoolBlocks)
     }
     EXPECT_EQ(Check::poolUsed(tvFCvtAllocator()), used);
     EXPECT_EQ(Check::freeBlocks(tvFCvtAllocator(), 0), listed);
+}
+
+// Blocks of every class that are listed, and bytes carved.
+std::vector<int> poolState()
+{
+    std::vector<int> state{static_cast<int>(Check::poolUsed(tvFCvtAllocator()))};
+    for (int k = 0; k < 16; ++k)
+        state.push_back(Check::freeBlocks(tvFCvtAllocator(), k));
+    return state;
+}
+
+TEST_F(NumberPool, ReadingATieGivesEveryBlockBack)
+{
+    // The middle between two doubles, and a digit far behind it.
+    const std::string tie = "9007199254740993" + std::string(600, '0');
+    const std::string texts[] = {tie, tie + "1", tie + "e-400", "2." + tie + "e-308"};
+    for (const std::string& text : texts)
+        tvStrToD(text.c_str(), nullptr);
+    const std::vector<int> before = poolState();
+    for (int i = 0; i < 100; ++i) {
+        for (const std::string& text : texts)
+            tvStrToD(text.c_str(), nullptr);
+    }
+    EXPECT_EQ(poolState(), before);
+}
+
+TEST_F(NumberPool, DigitsOfEveryModeGiveEveryBlockBack)
+{
+    const auto convertAll = [] {
+        for (int mode = 0; mode <= 9; ++mode) {
+            for (const double value : {1.0 / 3, 5e-324, 0x1.fffffffffffffp1023, 1e23}) {
+                int point, sign;
+                TvGdImpl::freedtoa(TvGdImpl::dtoa(value, mode, 30, &point, &sign, nullptr));
+            }
+        }
+    };
+    convertAll();
+    const std::vector<int> before = poolState();
+    convertAll();
+    EXPECT_EQ(poolState(), before);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "TvNumber.h"
 
+#include "ExactDecimal.h"
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -123,7 +125,8 @@ const Case kRounding[] = {
     {"MultipleOf2To64", "18446744073709551616", 0x1p64, 20},
     {"MultipleOf2To64WithPlaces", "18446744073709551616.5", 0x1p64, 22},
     {"ManyZerosInFront", "000000000000000000000000.5", 0.5, 26},
-    {"ZerosOnBothSidesOfThePoint", "0000.00000000000000000000000000123456789012345678901", 1.2345678901234568e-27, 52},
+    {"ZerosOnBothSidesOfThePoint", "0000.00000000000000000000000000123456789012345678901",
+     1.2345678901234568e-27, 52},
     {"LongFraction", "0.1000000000000000055511151231257827021181583404541015625", 0.1, 57},
 };
 
@@ -133,10 +136,51 @@ INSTANTIATE_TEST_SUITE_P(Syntax, TvStrToD, testing::ValuesIn(kSyntax), nameOf);
 INSTANTIATE_TEST_SUITE_P(Range, TvStrToD, testing::ValuesIn(kRange), nameOf);
 INSTANTIATE_TEST_SUITE_P(Rounding, TvStrToD, testing::ValuesIn(kRounding), nameOf);
 
+struct BoundCase {
+    ExactDecimal text;
+    double value;
+    int error;
+};
+
+// The middles in full, and a neighbour of each: one unit of the last digit less or more.
+TEST(TvStrToDRange, EndsExactlyAtTheMiddles)
+{
+    ExactDecimal aboveLargest = exactDecimal((std::uint64_t{1} << 54) - 1, 970);
+    ExactDecimal halfSmallest = exactDecimal(1, -1075);
+    const ExactDecimal overflow = aboveLargest, underflow = halfSmallest;
+    --aboveLargest.digits.back();
+    ++halfSmallest.digits.back();
+    const BoundCase cases[] = {
+        {overflow, kInfinity, ERANGE},
+        {aboveLargest, 0x1.fffffffffffffp1023, 0},
+        {underflow, 0, ERANGE},
+        {halfSmallest, 0x1p-1074, 0},
+    };
+    for (const BoundCase& c : cases) {
+        const std::string text = "0." + c.text.digits + "e" + std::to_string(c.text.point);
+        errno = 0;
+        EXPECT_EQ(tvStrToD(text.c_str(), nullptr), c.value) << text;
+        EXPECT_EQ(errno, c.error) << text;
+    }
+}
+
 TEST(TvStrToDEnd, MayBeLeftOut)
 {
     EXPECT_EQ(tvStrToD("2.5", nullptr), 2.5);
     EXPECT_EQ(tvStrToD(L"2.5", nullptr), 2.5);
+}
+
+TEST(TvStrToDErrno, IsLeftAloneButForTheRange)
+{
+    for (const char* text :
+         {"1.5", "-0", "1e-310", "x", "", "1e", "9007199254740993", "123456789012345678901"}) {
+        errno = 77;
+        tvStrToD(text, nullptr);
+        EXPECT_EQ(errno, 77) << text;
+        const std::string narrow = text;
+        tvStrToD(std::wstring(narrow.begin(), narrow.end()).c_str(), nullptr);
+        EXPECT_EQ(errno, 77) << text;
+    }
 }
 
 TEST(TvStrToDExponent, From20000OnCountsAs19999)
@@ -151,20 +195,53 @@ TEST(TvStrToDExponent, From20000OnCountsAs19999)
     EXPECT_EQ(tvStrToD(("1" + zeros + "e-30000").c_str(), nullptr), 1e11);
 }
 
-TEST(TvStrToDLongText, MegabytesOfDigitsAreReadExactly)
+// A million characters of each kind. Time that grows with the square would be hours, and
+// the program stopped long before.
+class TvStrToDLongText : public testing::Test {
+protected:
+    static void expectValue(const std::string& text, double value, int error = 0)
+    {
+        char* end = nullptr;
+        errno = 0;
+        expectSame(tvStrToD(text.c_str(), &end), value);
+        EXPECT_EQ(errno, error);
+        EXPECT_EQ(end, text.c_str() + text.size());
+        const std::wstring wide(text.begin(), text.end());
+        wchar_t* wideEnd = nullptr;
+        errno = 0;
+        expectSame(tvStrToD(wide.c_str(), &wideEnd), value);
+        EXPECT_EQ(errno, error);
+        EXPECT_EQ(wideEnd, wide.c_str() + wide.size());
+    }
+
+    const std::string m_zeros = std::string(1000000, '0');
+    const std::string m_nines = std::string(1000000, '9');
+};
+
+TEST_F(TvStrToDLongText, ZerosBehindATie) { expectValue("9007199254740993." + m_zeros, 9007199254740992.0); }
+
+TEST_F(TvStrToDLongText, DigitFarBehindATie)
 {
-    const std::string zeros(1000000, '0');
-    char* end = nullptr;
-    const std::string tie = "9007199254740993." + zeros;
-    EXPECT_EQ(tvStrToD(tie.c_str(), &end), 9007199254740992.0);
-    EXPECT_EQ(*end, '\0');
-    EXPECT_EQ(tvStrToD((tie + "1").c_str(), nullptr), 9007199254740994.0);
-    EXPECT_EQ(tvStrToD((zeros + "1.5").c_str(), nullptr), 1.5);
-    errno = 0;
-    EXPECT_EQ(tvStrToD(("1" + zeros).c_str(), nullptr), kInfinity);
-    EXPECT_EQ(errno, ERANGE);
-    EXPECT_EQ(tvStrToD(("0." + zeros + "1").c_str(), nullptr), 0.0);
+    expectValue("9007199254740993." + m_zeros + "1", 9007199254740994.0);
 }
+
+TEST_F(TvStrToDLongText, ZerosInFront) { expectValue("-" + m_zeros + "1.5", -1.5); }
+
+TEST_F(TvStrToDLongText, WholeNumberTooLarge) { expectValue("1" + m_zeros, kInfinity, ERANGE); }
+
+TEST_F(TvStrToDLongText, FractionTooSmall) { expectValue("-0." + m_zeros + "1", -0.0, ERANGE); }
+
+TEST_F(TvStrToDLongText, NinesRoundUp) { expectValue("0." + m_nines, 1.0); }
+
+TEST_F(TvStrToDLongText, NothingButZeros) { expectValue("-" + m_zeros + "." + m_zeros + "e7", -0.0); }
+
+TEST_F(TvStrToDLongText, ZerosInTheExponent) { expectValue("25e-" + m_zeros + "1", 2.5); }
+
+TEST_F(TvStrToDLongText, DigitsInTheExponent) { expectValue("1e" + m_nines, kInfinity, ERANGE); }
+
+TEST_F(TvStrToDLongText, DigitsInANegativeExponent) { expectValue("-1e-" + m_nines, -0.0, ERANGE); }
+
+TEST_F(TvStrToDLongText, WhiteSpaceInFront) { expectValue(std::string(1000000, ' ') + "7", 7.0); }
 
 TEST(TvStrToDEnvironment, RoundingModeDoesNotMatterAndStays)
 {
