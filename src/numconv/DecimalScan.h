@@ -3,11 +3,14 @@
 #define TV_DECIMAL_SCAN_H
 
 #include "numconv/EmitDigits.h"
+#include "numconv/NumberVectors.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#ifdef TV_NUMBERS_BY_SSE2
 #include <emmintrin.h>
+#endif
 
 /// The number is leading * 10^power, and a little more when digits were left out.
 template<class Char>
@@ -42,12 +45,24 @@ inline std::uint64_t eightCharacters(const char* s)
 }
 
 // Characters other than digits become some byte.
+inline std::uint64_t eightCharactersOneByOne(const wchar_t* s)
+{
+    std::uint64_t bytes = 0;
+    for (int i = 0; i < 8; ++i)
+        bytes |= std::uint64_t{static_cast<unsigned char>(s[i])} << (8 * i);
+    return bytes;
+}
+
 inline std::uint64_t eightCharacters(const wchar_t* s)
 {
+#ifdef TV_NUMBERS_BY_SSE2
     const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
     const __m128i last = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 4));
     const __m128i pairs = _mm_packs_epi32(first, last);
     return static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packus_epi16(pairs, pairs)));
+#else
+    return eightCharactersOneByOne(s);
+#endif
 }
 
 /// The value of eight digits 0..9, one a byte: neighbours are joined to pairs, fours, eight.

@@ -1,5 +1,6 @@
 // Reads a decimal number of at most 23 digits: all its characters are in registers at once,
-// and where the point and the end stand is found without going through them.
+// and where the point and the end stand is found without going through them. For machines
+// with SSE2.
 #ifndef TV_DECIMAL_WINDOW_H
 #define TV_DECIMAL_WINDOW_H
 

@@ -15,14 +15,6 @@ namespace {
 using Text = Uint128;
 constexpr int kMostDigitsOfText = 15;
 
-Text characters(__m128i digits)
-{
-    const __m128i text = _mm_add_epi8(digits, _mm_set1_epi8('0'));
-    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(text)) |
-           static_cast<Text>(static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(text, text))))
-               << 64;
-}
-
 Text withPoint(Text text, int place)
 {
     const Text before = (Text{1} << (8 * place)) - 1;
@@ -65,10 +57,9 @@ bool leadingCharacters(std::uint64_t bits, int count, Text& text, int& nonZero, 
     int power;
     if (!significantInteger(bits, count, &integer, &power))
         return false;
-    const __m128i digits = sixteenDigits(integer * g_tens[16 - count]);
-    const auto zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(digits, _mm_setzero_si128())));
-    text = characters(digits);
-    nonZero = static_cast<int>(std::bit_width(~zeros & 0xFFFFu));
+    const SixteenDigits digits(integer * g_tens[16 - count]);
+    text = digits.text();
+    nonZero = digits.significant();
     point = power + 1;
     return true;
 }
@@ -90,7 +81,7 @@ bool fixedText(char* out, double value, int precision)
         !scaledInteger(bits & ~kSignBit, precision, &integer) || integer >= g_tens[kMostDigitsOfText])
         return false;
     const int width = std::max(decimalWidth(integer), precision + 1);
-    const Text digits = characters(sixteenDigits(integer)) >> (8 * (16 - width));
+    const Text digits = SixteenDigits(integer).text() >> (8 * (16 - width));
     out = putSign(out, bits);
     out = precision > 0 ? put(out, withPoint(digits, width - precision), width + 1) : put(out, digits, width);
     *out = '\0';

@@ -3,8 +3,11 @@
 #include "numconv/DecimalByProduct.h"
 #include "numconv/DecimalExact.h"
 #include "numconv/DecimalScan.h"
-#include "numconv/DecimalWindow.h"
 #include "numconv/DoubleBits.h"
+#include "numconv/NumberVectors.h"
+#ifdef TV_NUMBERS_BY_SSE2
+#include "numconv/DecimalWindow.h"
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -51,6 +54,8 @@ template<class Char>
     return doubleOf(bits | (number.negative ? kSignBit : 0));
 }
 
+#ifdef TV_NUMBERS_BY_SSE2
+
 // Ordinary text; what does not fit is left to the function above.
 template<class Char>
 inline double convert(const Char* text, Char** end)
@@ -83,6 +88,16 @@ inline double convert(const Char* text, Char** end)
         *end = const_cast<Char*>(s);
     return doubleOf(bits | (negative ? kSignBit : 0));
 }
+
+#else
+
+template<class Char>
+inline double convert(const Char* text, Char** end)
+{
+    return convertByScanning(text, end);
+}
+
+#endif
 
 } // namespace
 
