@@ -1,5 +1,6 @@
 // tvbase - the base library from a terminal.
 #include "Command.h"
+#include "NumberArguments.h"
 
 #include "TvExport.h"
 
@@ -43,7 +44,7 @@ int main(int argc, char** argv)
     addFormat(app, shared);
     addScan(app, shared);
     try {
-        app.parse(argc, argv);
+        app.parse(parserArguments(argc, argv));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kExitUsage;
     } catch (const CommandError& error) {

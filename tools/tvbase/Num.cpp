@@ -1,5 +1,6 @@
 // tvbase num - numbers to text and back, correctly rounded.
 #include "Command.h"
+#include "NumberArguments.h"
 #include "WideArguments.h"
 
 #include "TvGdImpl.h"
@@ -103,7 +104,7 @@ void addFormat(CLI::App& num, Shared& shared, NumOptions& options)
         command->add_option("-p,--precision", options.precision, "Places or digits of -f, -e and -g")
             ->check(CLI::Range(0, kMostDigits))
             ->capture_default_str();
-    command->add_option("NUMBER", options.texts, "Numbers (else one a line from standard input)");
+    addNumbers(*command, "NUMBER", options.texts, "Numbers (else one a line from standard input)");
     command->footer("Example:\n  tvbase num format -f --precision 3 -- 2.0005 -1e2");
     command->callback([&shared, &options, precision] {
         options.precisionGiven = precision->count() > 0;
@@ -115,7 +116,7 @@ void addParse(CLI::App& num, Shared& shared, NumOptions& options)
 {
     CLI::App* command = num.add_subcommand(
         "parse", "Show what a text reads as: text, 17 digits, bits, characters used, shortest text");
-    command->add_option("TEXT", options.texts, "Texts (else one a line from standard input)");
+    addNumbers(*command, "TEXT", options.texts, "Texts (else one a line from standard input)");
     command->footer("Example:\n  tvbase num parse 0.1 12.5mm");
     command->callback([&shared, &options] { showReadings(options.texts, shared); });
 }
