@@ -143,8 +143,22 @@ private:
         if (peek() == L'*') {
             take(spec);
             counts.push_back(static_cast<int>(m_arguments.integer(argumentNumber())));
+            return;
         }
         while (peekDigit())
+            take(spec);
+    }
+
+    // Each sign once, in either order, then a zero; whatever else stands there is the letter.
+    void flags(std::wstring& spec)
+    {
+        const wchar_t first = peek();
+        if (first == L'-' || first == L'+') {
+            take(spec);
+            if (peek() == (first == L'-' ? L'+' : L'-'))
+                take(spec);
+        }
+        if (peek() == L'0')
             take(spec);
     }
 
@@ -154,8 +168,7 @@ private:
         std::vector<int> counts;
         take(spec);
         const std::size_t valueNumber = argumentNumber();
-        while (peek() == L'-' || peek() == L'+')
-            take(spec);
+        flags(spec);
         countOrStar(spec, counts);
         if (peek() == L'.') {
             take(spec);
