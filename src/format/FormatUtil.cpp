@@ -26,14 +26,18 @@ bool copyText(wchar_t* buffer, int capacity, const wchar_t* text, unsigned count
     return fits;
 }
 
-// Runs an operation on a binary128 number over the caller's long double.
+// Runs an operation on a binary128 number over the caller's long double. A mantissa that
+// reaches 10 only by rounding back becomes 1, with one more in the exponent or carry.
 template<class Operation>
 int widened(long double& v, Operation operation)
 {
     TvQuad quad = v;
     const int result = operation(quad);
     v = static_cast<long double>(quad);
-    return result;
+    if (quad >= 10 || quad <= -10 || !(std::fabs(v) >= 10))
+        return result;
+    v /= 10;
+    return result + 1;
 }
 
 } // namespace

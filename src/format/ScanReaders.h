@@ -248,8 +248,13 @@ template<class Cursor>
 bool readCharacters(Cursor& in, const ScanfConversion& conversion, va_list* args, int& stored)
 {
     const unsigned wanted = conversion.hasWidth ? conversion.width : 1;
-    if (wanted == 0 || !in.holds(wanted))
+    if (wanted == 0)
         return true;
+    if (!in.holds(wanted)) { // the end is met, but nothing stored or taken from the arguments
+        while (in.current() != -1)
+            in.take();
+        return true;
+    }
     wchar_t* target = conversion.suppress ? nullptr : nextTarget<wchar_t>(args);
     if (target)
         ++stored;

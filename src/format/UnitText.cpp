@@ -20,6 +20,8 @@ enum UnitKind { kDimension = 0, kDistance = 1, kAngleFromBase = 2, kAngleAsGiven
 
 bool isAngle(int kind) { return kind == kAngleFromBase || kind == kAngleAsGiven; }
 
+bool isAngleStyle(int style) { return style >= 0 && style <= 4; }
+
 // The angle from the base angle in the drawing's direction, within one turn.
 double fromBaseAngle(double value)
 {
@@ -93,6 +95,8 @@ bool TvFormatDetail::makeUnitText(UnitText& text, double value, int mode, unsign
     int precision = 0;
     int style = 0;
     FormatUtil::convertQTypeToAppType(precision, style, kind, flags);
+    if (isAngle(kind) && !isAngleStyle(style)) // no text, not even a sign
+        return true;
     if (kind == kAngleAsGiven && style == 4) // a bearing needs a base
         style = 1;
     const bool bearing = isAngle(kind) && style == 4;

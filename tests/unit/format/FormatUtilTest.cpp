@@ -165,6 +165,30 @@ TEST(Scale, WholeRangeOfLongDouble)
     }
 }
 
+// A long double just below a power of ten may have a mantissa that only binary128 tells from 10.
+TEST(Scale, MantissaStaysBelowTenAfterRounding)
+{
+    for (int power = 0; power < 4900; ++power) {
+        const long double near = std::pow(10.0L, power);
+        for (const long double value : {std::nextafter(near, 0.0L), near, -near, 1 / near}) {
+            long double v = value;
+            const int exponent = FormatUtil::scaleDoubleToScience(&v);
+            ASSERT_GE(std::fabs(v), 1.0L) << "10^" << power;
+            ASSERT_LT(std::fabs(v), 10.0L) << "10^" << power << " has exponent " << exponent;
+        }
+    }
+}
+
+TEST(Round, MantissaStaysBelowTenAfterRounding)
+{
+    for (int precision = 0; precision < 40; ++precision) {
+        long double v = std::nextafter(10.0L, 0.0L);
+        const int carry = FormatUtil::roundScienceDouble(&v, precision, 0);
+        EXPECT_LT(v, 10.0L) << "precision " << precision;
+        EXPECT_EQ(carry, v < 2) << "precision " << precision;
+    }
+}
+
 TEST(Round, AddsHalfAUnit)
 {
     long double v = 1.25L;

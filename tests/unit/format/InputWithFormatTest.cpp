@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 #include <cstddef>
 #include <string>
 
@@ -83,6 +84,22 @@ const IntegerCase kIntegers[] = {
     {"HexNegative", L"%x%n", L"-a", 1, -10, 2},
     {"Binary", L"%b%n", L"1012", 1, 5, 3},
     {"BinaryOf2Fails", L"%b%n", L"2", 0, kNever, kNever},
+    {"BinaryNegative", L"%b%n", L"-101", 1, -5, 4},
+    {"OctalOf8Fails", L"%o%n", L"8", 0, kNever, kNever},
+    {"OctalSignBefore8Fails", L"%o%n", L"-8", 0, kNever, kNever},
+    {"HexSignBeforeGFails", L"%x%n", L"-g", 0, kNever, kNever},
+    {"HexWidthEndsAtTheX", L"%2x%n", L"0x1F", 1, 0, 2},
+    {"HexWidthEndsAtTheZero", L"%1x%n", L"0x1F", 1, 0, 1},
+    {"PrefixSignBeforeLetterFails", L"%i%n", L"-x", 0, kNever, kNever},
+    {"PrefixSignAlone", L"%i%n", L"-", 0, kNever, kNever},
+    {"PrefixOctalWidth", L"%3i%n", L"0177", 1, 15, 3},
+    {"HexIsNoPrefixOfDecimal", L"%d%n", L"0x10", 1, 0, 1},
+    {"HexIsNoPrefixOfOctal", L"%o%n", L"0x10", 1, 0, 1},
+    {"WrapsNegative", L"%d%n", L"-4294967297", 1, -1, 11},
+    {"UnsignedWraps", L"%u%n", L"4294967296", 1, 0, 10},
+    {"UnsignedWidth1", L"%1u%n", L"57", 1, 5, 1},
+    {"UpperNIsIgnored", L"%N%d%n", L"42", 1, 42, 2},
+    {"PercentBehindAStarIsIgnored", L"%*%%d%n", L"42", 1, 42, 2},
     {"SpaceInTheFormat", L" %d %n", L" 42  ", 1, 42, 5},
     {"LiteralBefore", L"n=%d%n", L"n=42", 1, 42, 4},
     {"LiteralSkipsWhiteSpace", L"n = %d%n", L"  n=42", 1, 42, 6},
@@ -129,6 +146,11 @@ const WideCase kWides[] = {
     {"LongBinary", L"%lb", L"-1", 4294967295},
     {"UpperWinsOverShort", L"%hD", L"-70000", -70000},
     {"WrapsIn32BitsFirst", L"%ld", L"4294967297", 1},
+    {"LongSignedOverflowIsNegative", L"%ld", L"4294967295", -1},
+    {"LongPrefixOverflowIsNegative", L"%li", L"0xffffffff", -1},
+    {"ShortUpperOctal", L"%hO", L"377777", 131071},
+    {"ShortUpperHex", L"%hX", L"12345", 0x12345},
+    {"ShortUpperBinary", L"%hB", L"10000000000000000", 65536},
 };
 INSTANTIATE_TEST_SUITE_P(Texts, ScanWideInteger, testing::ValuesIn(kWides), nameOfCase<WideCase>);
 
@@ -138,6 +160,19 @@ TEST(ScanShort, Stores16Bits)
     EXPECT_EQ(scanText(L"65537", L"%hd", &values[0]), 1);
     EXPECT_EQ(values[0], 1);
     EXPECT_EQ(values[1], 0x5A5A);
+}
+
+TEST(ScanShort, OfEveryLetter)
+{
+    short values[5] = {0, 0, 0, 0, 0};
+    EXPECT_EQ(scanText(L"-1 -0x2 77 fe 101", L"%hd%hi%ho%hx%hb", &values[0], &values[1], &values[2],
+                       &values[3], &values[4]),
+              5);
+    EXPECT_EQ(values[0], -1);
+    EXPECT_EQ(values[1], -2);
+    EXPECT_EQ(values[2], 63);
+    EXPECT_EQ(values[3], 254);
+    EXPECT_EQ(values[4], 5);
 }
 
 TEST(ScanShort, Unsigned)
@@ -206,6 +241,17 @@ const DoubleCase kDoubles[] = {
     {"Width1AndSign", L"%1lf%n", L"-5", 0, kNever, kNever},
     {"Width0", L"%0lf%n", L"5", 0, kNever, kNever},
     {"Suppressed", L"%*f%lf%n", L"1.5 2.5", 1, 2.5, 7},
+    {"SignAndSecondSign", L"%lf%n", L"-+1", 0, kNever, kNever},
+    {"SignPointAlone", L"%lf%n", L"-.", 0, kNever, kNever},
+    {"SignPointExponent", L"%lf%n", L"+.e1", 0, kNever, kNever},
+    {"WidthEndsAtTheSign", L"%2lf%n", L"-.5", 0, kNever, kNever},
+    {"WidthEndsAtThePoint", L"%2lf%n", L"1.5", 1, 1.0, 2},
+    {"WidthCountsTheSecondPoint", L"%5lf%n", L"1.5.e", 1, 1.5, 3},
+    {"TwoExponentDigitsAtMost", L"%lf%n", L"1e100", 1, 1e10, 4},
+    {"LargestExponent", L"%lf%n", L"1e99", 1, std::pow(10.0, 99), 4},
+    {"NegativeLargestExponent", L"%lf%n", L"1e-99", 1, std::pow(10.0, -99), 5},
+    {"ExponentAtTheEnd", L"%lf%n", L"1.5e", 1, 1.5, 4},
+    {"SecondExponentStays", L"%lf%n", L"1e2e3", 1, 100.0, 3},
     {"NegativeZero", L"%lf%n", L"-0.0", 1, -0.0, 4},
     {"NoInfinity", L"%lf%n", L"inf", 0, kNever, kNever},
     {"NoHex", L"%lf%n", L"0x10", 1, 0.0, 1},
@@ -272,7 +318,13 @@ const TextCase kTexts[] = {
     {"TooFewCharacters", L"%5c", L"a bc", 0, L"########"},
     {"CharacterOfNothing", L"%c", L"", -1, L"########"},
     {"CharactersOfNothing", L"%3c", L"", -1, L"########"},
-    {"TooFewBlanks", L"%3c", L"  ", 0, L"########"},
+    {"TooFewBlanksAreTheEnd", L"%3c", L"  ", -1, L"########"},
+    {"TooFewBlanksSuppressed", L"%*3c", L"  ", -1, L"########"},
+    {"BlanksAloneAreTheEndThoughStored", L"%2c", L"  ", -1, L"  ######"},
+    {"WordOfBlanks", L"%s", L"  ", -1, L"########"},
+    {"WordStopsAtATab", L"%s", L"ab\tc", 1, std::wstring(L"ab\0#####", 8)},
+    {"UpperSIsIgnored", L"%S", L"ab", 0, L"########"},
+    {"UpperCIsIgnored", L"%C", L"ab", 0, L"########"},
     {"CharactersWidth0", L"%0c", L"ab", 0, L"########"},
     {"CharactersSuppressed", L"%*3c%c", L"abcd", 1, L"d#######"},
 };
@@ -317,6 +369,22 @@ TEST(Scan, CountIsStoredThoughSuppressed)
 {
     int taken = 0;
     EXPECT_EQ(scanText(L"ab", L"ab%*n", &taken), 0);
+    EXPECT_EQ(taken, 2);
+}
+
+TEST(Scan, CountStoresAnIntWhateverTheSize)
+{
+    int taken[2] = {0, kUntouched};
+    EXPECT_EQ(scanText(L"ab", L"ab%ln", taken), 0);
+    EXPECT_EQ(taken[0], 2);
+    EXPECT_EQ(taken[1], kUntouched);
+}
+
+TEST(Scan, CountAfterTwoCharacters)
+{
+    wchar_t c[2] = {0, 0};
+    int taken = 0;
+    EXPECT_EQ(scanText(L"xyz", L"%2c%n", c, &taken), 1);
     EXPECT_EQ(taken, 2);
 }
 

@@ -58,6 +58,35 @@ TEST(NumberedArguments, LastConversionGivesTheType)
     EXPECT_EQ(format(L"%1$d [%1$s]", L"text").text, L"0 [text]");
 }
 
+TEST(NumberedArguments, SignedAndUnsignedAreOfDifferentType)
+{
+    EXPECT_EQ(format(L"%1$d %1$x", 255).text, L"0 FF");
+    EXPECT_EQ(format(L"%1$x %1$d", 255).text, L"0 255");
+    EXPECT_EQ(format(L"%1$d %1$c", int{L'A'}).text, L"0 A");
+    EXPECT_EQ(format(L"%1$d %1$D", 255LL).text, L"0 255");
+    EXPECT_EQ(format(L"%1$.1f %1$d", 255).text, L"0.0 255");
+}
+
+TEST(NumberedArguments, LettersOfOneTypeShareARecord)
+{
+    EXPECT_EQ(format(L"%1$d %1$i", 7).text, L"7 7");
+    EXPECT_EQ(format(L"%1$b %1$o %1$p %1$u %1$x", 10).text, L"1010 12 A 10 A");
+    EXPECT_EQ(format(L"%1$B %1$D %1$I %1$O %1$U %1$X", 10LL).text, L"1010 10 10 12 10 A");
+    EXPECT_EQ(format(L"%1$.1f %1$.1e %1$.1g %1$.1G %1$.9q0", 2.5).text, L"2.5 2.5E+000 2.5 2.5 2.5000");
+}
+
+TEST(NumberedArguments, ZeroWithoutDollarIsANumberToo) { EXPECT_EQ(format(L"%1$d %0d", 7).result, -1); }
+
+TEST(NumberedArguments, FlagsStandBehindTheNumber)
+{
+    EXPECT_EQ(format(L"%1$-5d|%1$05d|%2$+08.2f", 42, 1.5).text, L"42   |00042|+0001.50");
+}
+
+TEST(NumberedArguments, SkippedNumberShiftsLaterArgumentsOfAnyType)
+{
+    EXPECT_EQ(format(L"%1$s %3$.1f %4$s", L"a", 2.5, L"b").text, L"a 2.5 b");
+}
+
 TEST(NumberedArguments, StarOfAnotherTypeReadsZero)
 {
     EXPECT_EQ(format(L"%1$*2$d|%2$s", 7, L"ab").text, L"7|ab");

@@ -57,6 +57,42 @@ TEST_P(Distance, IsShownInItsStyle)
     EXPECT_EQ(unitText(c.value, c.flags << 8 | 1, c.maxLength), c.text);
 }
 
+// What the %q conversion leaves of a text: a negative zero loses its sign.
+std::wstring asField(const std::wstring& text)
+{
+    const bool zero = text.find_first_of(L"123456789") >= text.find_first_of(L"Ee");
+    return text.substr(zero && text[0] == L'-');
+}
+
+std::wstring throughTheEngine(double value, int mode, unsigned maxLength)
+{
+    wchar_t buffer[200];
+    FormatUtil::outputStringWithFormat(buffer, 200, L"%.*q*", static_cast<int>(maxLength), mode, value);
+    return buffer;
+}
+
+TEST_P(Distance, IsTheSameThroughTheEngine)
+{
+    Settings settings;
+    const DistanceCase& c = GetParam();
+    g_appUnits.unitMode = c.compact;
+    g_appUnits.linearStyle = c.style;
+    g_appUnits.linearPrecision = c.precision;
+    g_appUnits.fractionHeight = 2;
+    EXPECT_EQ(throughTheEngine(c.value, c.flags << 8 | 1, c.maxLength), asField(c.text));
+}
+
+TEST_P(Distance, OfADimensionHasTheDimensionSettings)
+{
+    Settings settings;
+    const DistanceCase& c = GetParam();
+    g_appUnits.unitMode = c.compact;
+    g_appUnits.dimLinearStyle = c.style;
+    g_appUnits.dimLinearPrecision = c.precision;
+    g_appUnits.fractionHeight = 2;
+    EXPECT_EQ(unitText(c.value, c.flags << 8, c.maxLength), c.text);
+}
+
 const DistanceCase kDistances[] = {
     {"Decimal", 2, 4, 0, 0, 66.5, L"66.5000"},
     {"DecimalNegative", 2, 2, 0, 0, -66.5, L"-66.50"},
@@ -97,7 +133,19 @@ const DistanceCase kDistances[] = {
     {"EngineeringNoTrailingZeros", 3, 2, 0, 8, 66.0, L"5'-6\""},
     {"EngineeringLongerTurnsScientific", 3, 2, 0, 0, 66.0, L"6.6E+01", 7},
 
+    {"EngineeringNoLeadingZeroIsForTheFirstNumber", 3, 2, 0, 4, 0.5, L"0'-0.50\""},
+    {"EngineeringNoLeadingZeroWithoutFeet", 3, 2, 0, 5, 0.5, L".50\""},
+    {"EngineeringZeroInchesKeptCompact", 3, 2, 1, 0, 60.0, L"5'0.00\""},
+    {"EngineeringPrecision0", 3, 0, 0, 0, 66.6, L"5'-7\""},
+    {"EngineeringElevenAndAHalfStays", 3, 1, 0, 0, 71.5, L"5'-11.5\""},
+    {"EngineeringNoZeroInchesOfAFraction", 3, 2, 0, 2, 60.001, L"5'"},
+
     {"Architectural", 4, 4, 0, 0, 66.5, L"5'-6 1/2\""},
+    {"ArchitecturalNegative", 4, 4, 0, 0, -66.5, L"-5'-6 1/2\""},
+    {"ArchitecturalNeverCompact", 4, 4, 1, 0x10, 66.5, L"5'-6 1/2\""},
+    {"ArchitecturalRollsOverFromNoFeet", 4, 4, 0, 1, 11.99, L"1'-0\""},
+    {"ArchitecturalElevenAndAHalfStays", 4, 4, 0, 0, 71.5, L"5'-11 1/2\""},
+    {"ArchitecturalLongerTurnsScientific", 4, 4, 0, 0, 66.5, L"7E+01", 6},
     {"ArchitecturalCompact", 4, 4, 1, 0, 66.5, L"5'6-1/2\""},
     {"ArchitecturalSixteenth", 4, 4, 0, 0, 1.0625, L"0'-1 1/16\""},
     {"ArchitecturalNoZeroFeet", 4, 4, 0, 1, 0.5, L"1/2\""},
@@ -126,6 +174,13 @@ const DistanceCase kDistances[] = {
     {"FractionalNoZero", 5, 3, 0, 2, 0.0, L""},
     {"FractionalStacked", 5, 3, 0, 0x80, 2.25, L"2{\\H2x;\\S1/4;}"},
     {"FractionalTwelveIsNoFoot", 5, 3, 0, 0, 12.0, L"12"},
+    {"FractionalRoundsUp", 5, 3, 0, 0, 2.9999, L"3"},
+    {"FractionalHalfOfThePartRoundsUp", 5, 1, 0, 0, 2.25, L"2 1/2"},
+    {"FractionalStackedCompact", 5, 3, 1, 0x80, 2.25, L"2{\\H2x;\\S1/4;}"},
+    {"FractionalStackedBelowOne", 5, 3, 0, 0x80, 0.25, L"{\\H2x;\\S1/4;}"},
+    {"FractionalLongerTurnsScientific", 5, 3, 0, 0, 12345.25, L"1E+04", 6},
+    {"FractionalNegativeLonger", 5, 3, 0, 0, -2.25, L"-2E+00", 5},
+    {"FractionalNegativeJustFits", 5, 3, 0, 0, -2.25, L"-2 1/4", 6},
     {"FractionalNegative", 5, 3, 0, 0, -2.25, L"-2 1/4"},
 
     {"LongestLaidOut", 5, 0, 0, 0, 1.19999e11, L"-260084288"},
@@ -166,6 +221,16 @@ TEST_P(AngleAsGiven, IsShownInItsStyle)
     g_appUnits.anglePrecision = c.precision;
     g_appUnits.baseAngle = 1.0;
     EXPECT_EQ(unitText(c.degrees * kDegree, c.flags << 8 | 3, c.maxLength), c.text);
+}
+
+TEST_P(AngleAsGiven, IsTheSameThroughTheEngine)
+{
+    Settings settings;
+    const AngleCase& c = GetParam();
+    g_appUnits.unitMode = c.compact;
+    g_appUnits.angleStyle = c.style;
+    g_appUnits.anglePrecision = c.precision;
+    EXPECT_EQ(throughTheEngine(c.degrees * kDegree, c.flags << 8 | 3, c.maxLength), asField(c.text));
 }
 
 const AngleCase kAngles[] = {
@@ -212,7 +277,26 @@ const AngleCase kAngles[] = {
     {"PartsAtLength12", 1, 8, 0, 0, 45.5125, L"45d30'45.0\"", 12},
     {"PartsAtLength13", 1, 8, 0, 0, 45.5125, L"45d30'45.00\"", 13},
     {"BearingWithoutBaseIsMinutesSeconds", 4, 4, 0, 0, 45.5125, L"45d30'45\""},
+    {"MinutesSecondsNoTrailingZeros", 1, 6, 0, 8, 45.5125, L"45d30'45\""},
+    {"MinutesSecondsNoLeadingZeroIsForTheFirstNumber", 1, 6, 0, 4, 0.0, L"0d0'0.00\""},
+    {"MinutesRoundUpAtHalf", 1, 2, 0, 0, 45.0 + 0.51 / 60, L"45d1'"},
+    {"MinutesRoundDownBelowHalf", 1, 2, 0, 0, 45.0 + 0.49 / 60, L"45d0'"},
+    {"DegreesRoundUpAtHalf", 1, 0, 0, 0, 45.51, L"46d"},
+    {"DegreesRoundDownBelowHalf", 1, 0, 0, 0, 45.49, L"45d"},
+    {"NegativeMinutesSecondsTakeOneOff", 1, 8, 0, 0, -45.5125, L"-45d30'45\"", 9},
+    {"NegativeMinutesSecondsAtLength8", 1, 8, 0, 0, -45.5125, L"-45d31'", 8},
+    {"GradsNegative", 2, 2, 0, 0, -45.0, L"-50.00g"},
+    {"GradsDigitsFromLength", 2, 4, 0, 0, 45.0, L"50.00g", 6},
+    {"RadiansNegative", 3, 2, 0, 0, -90.0, L"-1.57r"},
+    {"RadiansNoLeadingZero", 3, 2, 0, 4, 30.0, L".52r"},
+    {"RadiansNegativeNoLeadingZero", 3, 2, 0, 4, -30.0, L"-.52r"},
+    {"RadiansDigitsFromLength", 3, 8, 0, 0, 90.0, L"1.571r", 7},
+    {"DegreesNegativeZeroKeepsTheSign", 0, 2, 0, 0, -0.001, L"-0.00"},
+    {"DegreesNegativeFullTurn", 0, 2, 0, 0, -360.0, L"-0.00"},
+    {"LinearSettingsGiveTheStyle", 0, 1, 0, 0x20, 45.0, L"50.0000g"},
     {"StyleAbove4HasNoText", 5, 4, 0, 0, 45.0, L""},
+    {"StyleAbove4HasNoSignEither", 5, 4, 0, 0, -45.0, L""},
+    {"NegativeStyleHasNoSignEither", -1, 4, 0, 0, -45.0, L""},
     {"NegativeStyleHasNoText", -1, 4, 0, 0, 45.0, L""},
 };
 INSTANTIATE_TEST_SUITE_P(Styles, AngleAsGiven, testing::ValuesIn(kAngles), nameOfCase<AngleCase>);
@@ -244,6 +328,16 @@ const AngleCase kBearings[] = {
     {"DegreesOnly", 4, 0, 0, 0, 30, L"N 60d E"},
     {"DueNorthInDegreesOnly", 4, 0, 0, 0, 90, L"N"},
     {"DueNorthInMinutes", 4, 1, 0, 0, 90, L"N"},
+    {"SecondsWithFraction", 4, 6, 0, 0, 45.5125, L"N 44d29'15.00\" E"},
+    {"EastLooksLikeAnExponentAndKeepsItsZeros", 4, 6, 0, 8, 45.5125, L"N 44d29'15.00\" E"},
+    {"BelowTheToleranceIsDueNorth", 4, 8, 0, 0, 90 + 1e-14, L"N"},
+    {"DueSouthInDegreesOnly", 4, 0, 0, 0, 270, L"S"},
+    {"DueSouthCompact", 4, 4, 1, 0, 270, L"S"},
+    {"NearNorthInDegreesOnlyHasItsLetters", 4, 0, 0, 0, 89.8, L"N 0d E"},
+    {"NearNorthInMinutesIsNorth", 4, 2, 0, 0, 90 - 0.4 / 60, L"N"},
+    {"DueEastInMinutes", 4, 2, 0, 0, 0, L"N 90d0' E"},
+    {"DueEastInDegreesOnly", 4, 0, 0, 0, 0, L"N 90d E"},
+    {"NegativeIsBroughtIntoOneTurn", 4, 4, 0, 0, -45, L"S 45d0'0\" E"},
     {"LengthShrinksBy4", 4, 4, 0, 0, 45, L"N 45d0' E", 11},
     {"ShortLengthDegreesOnly", 4, 4, 0, 0, 45, L"N 45d E", 3},
 };
