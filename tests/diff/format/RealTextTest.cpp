@@ -47,6 +47,21 @@ TEST(RealText, EdgeDoubles)
     }
 }
 
+TEST(RealText, EveryExponent)
+{
+    constexpr std::uint64_t fractions = std::uint64_t{1} << 52;
+    std::mt19937_64 random(testSeed(17));
+    for (std::uint64_t field = 0; field < 0x7FF; ++field) {
+        const auto precision = static_cast<int>(random() % 18);
+        for (long i = scaled(6); i > 0; --i)
+            expectSameInAllForms(std::bit_cast<double>(field << 52 | random() % fractions), precision);
+        for (const std::uint64_t fraction : {std::uint64_t{0}, fractions / 2, fractions - 1})
+            expectSameInAllForms(std::bit_cast<double>(field << 52 | fraction), precision);
+        if (testing::Test::HasFatalFailure())
+            return;
+    }
+}
+
 TEST(RealText, EveryPrecision)
 {
     const double values[] = {0.0,     -0.0,  1.0,    0.1,    2.5,      48168.5,  9.5,          99.5,

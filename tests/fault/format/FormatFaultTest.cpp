@@ -1,96 +1,75 @@
 // The output engine when there is no memory for its numbered arguments.
+#include "FailNth.h"
 #include "TvFormat.h"
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdlib>
-
-// The address sanitizer keeps its own malloc, which does not fail.
-#if !defined(__SANITIZE_ADDRESS__)
+#include <string>
 
 namespace {
 
-bool g_noMemory = false;
-long g_liveBlocks = 0;
-
-// Memory is refused for the length of one call.
-class NoMemory {
-public:
-    NoMemory() { g_noMemory = true; }
-    ~NoMemory() { g_noMemory = false; }
+// What a call left when the nth request for memory failed.
+struct Outcome {
+    int result;
+    std::wstring text;
+    bool failed;
 };
 
-} // namespace
-
-// The program stands in front of the C library.
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void __libc_free(void* block);
-
-__attribute__((visibility("default"))) void* malloc(std::size_t size)
+template<class... Args>
+Outcome formatFailing(int nth, FailNth::Length length, const wchar_t* format, Args... args)
 {
-    void* const block = g_noMemory ? nullptr : __libc_malloc(size);
-    g_liveBlocks += block != nullptr;
-    return block;
-}
-
-__attribute__((visibility("default"))) void free(void* block)
-{
-    g_liveBlocks -= block != nullptr;
-    __libc_free(block);
-}
-}
-
-namespace {
-
-TEST(FormatFault, WithoutMemoryNumberedArgumentsFail)
-{
-    wchar_t buffer[40] = L"####";
+    wchar_t buffer[80] = L"####";
     int result = 0;
+    bool failed = false;
     {
-        const NoMemory none;
-        result = FormatUtil::outputStringWithFormat(buffer, 40, L"ab%2$d%1$s", L"x", 7);
+        const HeapBalance balance;
+        FailNth fail(FailNth::Malloc, nth, length);
+        result = FormatUtil::outputStringWithFormat(buffer, 80, format, args...);
+        failed = fail.fired();
     }
-    EXPECT_EQ(result, -1);
-    EXPECT_STREQ(buffer, L"");
+    return {result, buffer, failed};
+}
+
+TEST(FormatFault, AnyAllocationMayFail)
+{
+    int nth = 1;
+    for (; nth < 10; ++nth) {
+        const Outcome got = formatFailing(nth, FailNth::Once, L"ab%2$d%1$s", L"x", 7);
+        if (!got.failed) { // one untouched run: each had its turn
+            EXPECT_EQ(got.result, 4);
+            EXPECT_EQ(got.text, L"ab7x");
+            break;
+        }
+        EXPECT_EQ(got.result, -1);
+        EXPECT_EQ(got.text, L"");
+    }
+    EXPECT_GT(nth, 1) << "nothing was refused";
 }
 
 TEST(FormatFault, ManyRecordsFailTheSameWay)
 {
-    wchar_t buffer[40] = L"####";
-    int result = 0;
-    {
-        const NoMemory none;
-        result = FormatUtil::outputStringWithFormat(buffer, 40, L"%4096$d", 7);
-    }
-    EXPECT_EQ(result, -1);
-    EXPECT_STREQ(buffer, L"");
+    const Outcome got = formatFailing(1, FailNth::FromThenOn, L"%4096$d", 7);
+    EXPECT_TRUE(got.failed);
+    EXPECT_EQ(got.result, -1);
+    EXPECT_EQ(got.text, L"");
 }
 
 TEST(FormatFault, PlainFormatsNeedNoMemory)
 {
-    wchar_t buffer[80];
-    int result = 0;
-    {
-        const NoMemory none;
-        result =
-            FormatUtil::outputStringWithFormat(buffer, 80, L"%d %.2d %s %f %.20q0", 7, 5, L"x", 1.5, 2.5);
-    }
-    EXPECT_EQ(result, 24);
-    EXPECT_STREQ(buffer, L"7 0.05 x 1.500000 2.5000");
+    const Outcome got = formatFailing(1, FailNth::FromThenOn, L"%d %.2d %s %f %.20q0", 7, 5, L"x", 1.5, 2.5);
+    EXPECT_FALSE(got.failed);
+    EXPECT_EQ(got.result, 24);
+    EXPECT_EQ(got.text, L"7 0.05 x 1.500000 2.5000");
 }
 
 TEST(FormatFault, RecordsAreReleasedOnEveryWayOut)
 {
     wchar_t buffer[4];
-    const long before = g_liveBlocks;
+    const HeapBalance balance;
     EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 4, L"%4096$d", 7), 1);
     EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 4, L"%4096$5d", 7), -1);
     EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 4, L"%4096$dlong", 7), 0);
-    EXPECT_EQ(g_liveBlocks, before);
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 4, L"%4096$*1$d", -7, 7), -1);
 }
 
 } // namespace
-
-#endif
