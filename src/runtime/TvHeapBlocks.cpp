@@ -1,4 +1,5 @@
 // Blocks: taken from and given back to pages.
+#include "runtime/TvHeapCheck.h"
 #include "runtime/TvHeapInternals.h"
 #include "runtime/TvHeapPending.h"
 #include "runtime/TvMemoryTools.h"
@@ -95,11 +96,15 @@ Block* takeBlock(Heap& heap)
     Page* page = heap.m_freeBlockPages;
     if (page == nullptr)
         page = heap.m_decommittedPages != nullptr ? recommitBlocks(heap) : newPage(heap);
-    return page != nullptr ? takeBlockFrom(heap, page) : nullptr;
+    if (page == nullptr)
+        return nullptr;
+    TV_HEAP_NOTE_BLOCKS_CHANGED();
+    return takeBlockFrom(heap, page);
 }
 
 void giveBlock(Heap& heap, Block* block)
 {
+    TV_HEAP_NOTE_BLOCKS_CHANGED();
     Page* const page = pageOf(block);
     block->poolIndex = 0;
     block->freeUnit = nullptr;

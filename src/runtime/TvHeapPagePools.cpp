@@ -1,4 +1,5 @@
 // Units of the page pools: one to 256 pages of 4 KiB each, out of whole 1 MiB pages.
+#include "runtime/TvHeapCheck.h"
 #include "runtime/TvHeapUnitSteps.h"
 
 namespace TvHeapInternals {
@@ -22,6 +23,7 @@ PageHeap* openPage(Heap& heap, PagePool& pool)
     record.flags = 0;
     pushFront(pool.availPages, &record);
     g_state.kinds[id] = PageKind::Units;
+    TV_HEAP_NOTE_BLOCKS_CHANGED();
     return &record;
 }
 

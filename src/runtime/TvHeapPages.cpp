@@ -1,4 +1,5 @@
 // Pages: which ids are free, and the lists of pages that hold free blocks.
+#include "runtime/TvHeapCheck.h"
 #include "runtime/TvHeapInternals.h"
 #include "runtime/TvMemoryTools.h"
 
@@ -55,6 +56,7 @@ bool commit(void* start, std::size_t length)
 
 void releasePage(Heap& heap, void* page)
 {
+    TV_HEAP_NOTE_BLOCKS_CHANGED();
     const short id = TvHeapConfigurator::sGetPageId(page);
     g_state.kinds[id] = PageKind::None;
     heap.m_pageFlags[id] &= static_cast<unsigned char>(~Heap::kPageInUse);

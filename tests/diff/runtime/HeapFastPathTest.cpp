@@ -22,11 +22,15 @@ struct Case {
     const char* name;
     std::size_t most;   // bytes a request
     std::size_t living; // objects at a time
+    long steps;
 };
 
 const Case kCases[] = {
-    {"OneSize", 8, 2000},        {"FewObjects", 256, 20},        {"SmallSizes", 256, 3000},
-    {"ManyObjects", 64, 100000}, {"SizesPastABlock", 4200, 600},
+    {"OneSize", 8, 2000, 80000},
+    {"FewObjects", 256, 20, 10000}, // every other step opens a block or gives one back
+    {"SmallSizes", 256, 3000, 80000},
+    {"ManyObjects", 64, 100000, 80000},
+    {"SizesPastABlock", 4200, 600, 80000},
 };
 
 class Trace {
@@ -68,7 +72,7 @@ std::uint64_t traffic(const Case& c, std::uint64_t seed, void* (*take)(std::size
     std::mt19937_64 random(seed);
     std::vector<void*> objects(c.living);
     Trace trace;
-    const long steps = scaled(80000);
+    const long steps = scaled(c.steps);
     for (long i = 0; i < steps; ++i) {
         void*& object = objects[random() % c.living];
         if (object != nullptr) {
