@@ -23,6 +23,11 @@ public:
 };
 
 /// The inert lock: lock() and unlock() do nothing, by intent.
+///
+/// Errors, Memory: none. Threads: keeps none from another.
+///
+///     TvImpLock_mac lock;
+///     lock.lock();
 class TV_OSBASE_API TvImpLock_mac : public TvLock {
 public:
     ~TvImpLock_mac() override;
@@ -36,6 +41,13 @@ TV_OSBASE_API TvLock* createTvLock();
 /// Owns a lock from createTvLock().
 ///
 /// Not a scope guard: neither end takes or gives back the lock.
+///
+/// Errors: without memory there is no lock to own. Memory: the lock is deleted with its
+/// owner. Threads: none.
+///
+///     class LayerTable {
+///         TvLocker m_lock;
+///     };
 class TV_OSBASE_API TvLocker {
 public:
     TvLocker();
@@ -48,6 +60,13 @@ private:
 };
 
 /// Base of objects that a thread can wait for. The waits here return 0 at once.
+///
+/// Errors, Memory: none. Threads: as the class that implements signal() says.
+///
+///     class PlotDone : public TvSignalObject {
+///         void signal() override { m_done = true; }
+///         bool m_done = false;
+///     };
 class TV_OSBASE_API TvSignalObject {
 public:
     virtual ~TvSignalObject();

@@ -6,7 +6,8 @@
 //
 // so that neither link order nor link-time optimisation changes the order. Destruction
 // runs the other way round. The heap is built last: what a step before it allocates
-// comes from malloc, and every free path accepts that.
+// comes from malloc, and every free path accepts that. An object that is a constant until
+// it is changed needs no step: its turn cannot be told from an earlier one.
 #ifndef TV_STARTUP_H
 #define TV_STARTUP_H
 
@@ -25,6 +26,11 @@ constexpr int kEmptyBuffer = 270;
 constexpr int kEmptyVector = 280;
 constexpr int kOpenFiles = 290;
 constexpr int kGlobalHeap = 300;
+
+// All of them, in order.
+constexpr int kSteps[] = {kHeapRange,   kUnitSettings, kUserDefinedTable, kCharCategories, kCodePageRegistry,
+                          kMapFileName, kBigFonts,     kEmptyString,      kBigNumbers,     kEmptyBuffer,
+                          kEmptyVector, kOpenFiles,    kGlobalHeap};
 
 } // namespace TvStartup
 

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -115,6 +116,25 @@ TEST_F(TvHeapFault, AnUnpooledRequestIsNull)
     EXPECT_EQ(_tvMalloc(300), nullptr);
     EXPECT_EQ(tvAllocPageHeap(5000), nullptr);
     EXPECT_EQ(_tvRealloc(nullptr, 20), nullptr);
+}
+
+// The heap's own functions take what malloc returned, and hand it on.
+TEST_F(TvHeapFault, AMallocPointerIsFreedByMalloc)
+{
+    HeapBalance balance;
+    g_tvGlobalHeap.freeHeap(std::malloc(100));
+    g_tvGlobalHeap.freeHeapPage(std::malloc(100));
+    _tvFree(std::malloc(100));
+    tvFreePage(std::malloc(0x100000));
+    EXPECT_EQ(pooledUnitsInUse(), 0);
+}
+
+TEST_F(TvHeapFault, AMallocPointerIsResizedByMalloc)
+{
+    HeapBalance balance;
+    void* const moved = g_tvGlobalHeap.reallocHeap(std::malloc(100), 20);
+    EXPECT_FALSE(g_tvGlobalHeap.isResident(moved));
+    std::free(moved);
 }
 
 TEST_F(TvHeapFault, AResizeThatFailsKeepsThePooledUnit)

@@ -194,6 +194,14 @@ TEST(TvErrorStatus, CopyHasAnEqualDescriptionOfItsOwn)
     EXPECT_EQ(copy.line, 3);
 }
 
+TEST(TvErrorStatus, CopyForgetsTheCause)
+{
+    TvException cause;
+    TvErrorStatus e(Orna::eOutOfMemory);
+    e.inner = &cause;
+    EXPECT_EQ(TvErrorStatus(e).inner, nullptr);
+}
+
 TEST(TvErrorStatus, CopyBeforeTheFirstDescriptionSharesTheMessage)
 {
     const wchar_t message[] = L"text";
@@ -249,6 +257,25 @@ TEST(TvExceptionWithMsg, CopyOutlivesTheOriginal)
     const TvExceptionWithMsg copy(*e);
     e.reset();
     EXPECT_EQ(copy.description(), L"text"s);
+}
+
+TEST(TvExceptionWithMsg, CopyForgetsTheCauseAndKeepsThePlace)
+{
+    TvException cause;
+    const TvExceptionWithMsg e(L"a.cpp", 3, L"text", &cause);
+    const TvExceptionWithMsg copy(e);
+    EXPECT_EQ(copy.inner, nullptr);
+    EXPECT_EQ(copy.file, L"a.cpp"s);
+    EXPECT_EQ(copy.line, 3);
+    EXPECT_EQ(e.inner, &cause);
+}
+
+TEST(TvExceptionWithMsg, AssignmentForgetsTheCause)
+{
+    TvException cause;
+    TvExceptionWithMsg target(L"", 0, L"x", &cause);
+    target = TvExceptionWithMsg(L"a.cpp", 3, L"text", &cause);
+    EXPECT_EQ(target.inner, nullptr);
 }
 
 TEST(TvExceptionWithMsg, AssignmentOutlivesTheOriginal)

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include <sys/mman.h>
@@ -50,14 +51,23 @@ TEST(TvHeapLayout, PageRecord)
 TEST(TvHeapLayout, PoolRecords)
 {
     EXPECT_EQ(sizeof(Heap::Pool), 40u);
+    EXPECT_EQ(offsetof(Heap::Pool, lock), 0u);
     EXPECT_EQ(offsetof(Heap::Pool, unitSize), 8u);
     EXPECT_EQ(offsetof(Heap::Pool, index), 16u);
     EXPECT_EQ(offsetof(Heap::Pool, unitsPerBlock), 20u);
     EXPECT_EQ(offsetof(Heap::Pool, availBlocks), 24u);
     EXPECT_EQ(offsetof(Heap::Pool, fullBlocks), 32u);
+}
+
+TEST(TvHeapLayout, PagePoolRecords)
+{
     EXPECT_EQ(sizeof(Heap::PagePool), 40u);
+    EXPECT_EQ(offsetof(Heap::PagePool, lock), 0u);
     EXPECT_EQ(offsetof(Heap::PagePool, unitSize), 8u);
+    EXPECT_EQ(offsetof(Heap::PagePool, index), 16u);
+    EXPECT_EQ(offsetof(Heap::PagePool, unitsPerPage), 20u);
     EXPECT_EQ(offsetof(Heap::PagePool, availPages), 24u);
+    EXPECT_EQ(offsetof(Heap::PagePool, fullPages), 32u);
 }
 
 TEST(TvHeapLayout, HeapFieldsInOrder)
@@ -92,6 +102,42 @@ TEST(TvHeapTables, EachSmallSizeGetsTheSmallestUnitThatHoldsIt)
                 best = i;
         EXPECT_EQ(Sizes::s_poolIndexOfSize[size], best) << size;
     }
+}
+
+struct PoolRow {
+    int index;
+    std::uint64_t unitSize;
+    std::int32_t unitsPerBlock;
+};
+
+const PoolRow kPoolRows[] = {
+    {1, 512, 8},   {2, 1024, 4},  {3, 2048, 2},  {4, 4096, 1},  {5, 256, 16},  {6, 240, 17},  {7, 224, 18},
+    {8, 208, 19},  {9, 200, 20},  {10, 192, 21}, {11, 184, 22}, {12, 176, 23}, {13, 168, 24}, {14, 160, 25},
+    {15, 152, 26}, {16, 144, 28}, {17, 136, 30}, {18, 128, 32}, {19, 120, 34}, {20, 112, 36}, {21, 104, 39},
+    {22, 96, 42},  {23, 88, 46},  {24, 80, 51},  {25, 72, 56},  {26, 64, 64},  {27, 56, 73},  {28, 48, 85},
+    {29, 40, 102}, {30, 32, 128}, {31, 24, 170}, {32, 16, 256}, {33, 8, 512},  {34, 0, 0}, // serves nothing
+};
+
+class TvHeapPool : public ::testing::TestWithParam<PoolRow> {};
+
+TEST_P(TvHeapPool, DescribesItsUnits)
+{
+    const Heap::Pool* const pool = g_tvGlobalHeap.pools[GetParam().index];
+    ASSERT_NE(pool, nullptr);
+    EXPECT_EQ(pool->unitSize, GetParam().unitSize);
+    EXPECT_EQ(pool->index, GetParam().index);
+    EXPECT_EQ(pool->unitsPerBlock, GetParam().unitsPerBlock);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, TvHeapPool, ::testing::ValuesIn(kPoolRows),
+                         [](const auto& test) { return std::to_string(test.param.index); });
+
+TEST(TvHeapPools, ThereIsNoneOfIndexZero) { EXPECT_EQ(g_tvGlobalHeap.pools[0], nullptr); }
+
+TEST(TvHeapPools, TheLastOneHasNoBlocks)
+{
+    EXPECT_EQ(g_tvGlobalHeap.pools[34]->availBlocks, nullptr);
+    EXPECT_EQ(g_tvGlobalHeap.pools[34]->fullBlocks, nullptr);
 }
 
 TEST(TvHeapConfigurator, PageIdsCountFromTheRangeStart)
