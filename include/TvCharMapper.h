@@ -1,7 +1,8 @@
 // TvCharMapper.h - drawing text between a code page, UTF-8 and wide text.
 //
 // For whole strings and single characters. To recognise or write the inline escapes
-// alone, take TvCharConverter.h; for the code page ids and tables, TvCodePages.h.
+// alone, take TvCharConverter.h; for the code page ids and tables, TvCodePages.h; for the
+// same conversions under the Windows names, TvPlatformText.h.
 #ifndef TV_CHAR_MAPPER_H
 #define TV_CHAR_MAPPER_H
 
@@ -10,6 +11,8 @@
 #include "TvExport.h"
 #include "TvStdStr.h"
 #include "TvVector.h"
+
+class CReadUserDefBigfontIni;
 
 /// Conversions between byte text in a code page and wide text. Wide text is one UTF-16
 /// code unit per `wchar_t`; characters above U+FFFF are not represented.
@@ -109,6 +112,16 @@ public:
     /// The Windows font character set of an id; 1, the default character set, for an id that
     /// has none. The older double-byte ids have none, only the Windows ones do.
     static unsigned short getCharSetByCodepageId(code_page_id cp);
+
+    /// The double-byte code page of a big font's text: CP_ANSI_932, _950, _949, _1361, _936, or
+    /// CP_UNDEFINED for none. Looked up as findCodepageByBigfont() of TvBigFont.h does, after the
+    /// folders before the last "/" are taken off and, where the name has no ".", ".shx" is added.
+    /// `reader` may be null. CP_UNDEFINED too when memory runs out.
+    static code_page_id getCpByBigFont(const wchar_t* fontPath, CReadUserDefBigfontIni* reader);
+
+    /// findCodepageByBigfont() of the name as it is: unlike getCpByBigFont(), without taking off
+    /// folders or adding ".shx". Null counts as "".
+    static int getCpIndexByBigFont(const wchar_t* fontName, CReadUserDefBigfontIni* reader);
 
     /// Checksum of `n` 32-bit elements at `p` (any alignment): the sum of (index + 1) times
     /// element, each product taken modulo 2 to the 32nd as an unsigned number. 0 for `n` below 1.

@@ -4,6 +4,7 @@
 
 #include "OrCodePage.h"
 #include "TvAlloc.h"
+#include "TvBigFont.h"
 #include "TvCharCategory.h"
 #include "TvCharConverter.h"
 #include "TvCharMapper.h"
