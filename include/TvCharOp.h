@@ -85,6 +85,24 @@ public:
         return nullptr;
     }
 
+    /// MultiByteToWideChar() of TvPlatformText.h.
+    static int tvMultiByteToWideChar(unsigned int cp, unsigned int flags, const char* src, int srcLen,
+                                     wchar_t* dst, int dstLen);
+
+    /// WideCharToMultiByte() of TvPlatformText.h; the last argument is not consulted.
+    static int WideCharToMultiByteCIF(unsigned int cp, unsigned int flags, const wchar_t* src, int srcLen,
+                                      char* dst, int dstLen, unsigned int);
+
+    /// Writes the classes of `len` characters, or of those before the terminating 0 when `len`
+    /// is -1, to `types`: the sum of upper case 0x1, lower case 0x2, decimal digit 0x4, space
+    /// 0x8, punctuation 0x10, control 0x20, blank 0x40, hexadecimal digit 0x80 and letter 0x100,
+    /// as the C library classifies in the current locale.
+    ///
+    /// `infoType` names what is wanted: of the kinds that Windows has only the first, bit 0, is
+    /// there. False, with `types` untouched, without that bit, without characters, and for a
+    /// null pointer or another negative `len`.
+    static bool GetStringType(unsigned int infoType, const wchar_t* src, int len, unsigned short* types);
+
     /// Slash and backslash.
     template<class Char>
     static bool isPathSeparator(Char c)

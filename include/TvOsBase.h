@@ -24,6 +24,7 @@
 #include "TvMemStreamBuf.h"
 #include "TvNumber.h"
 #include "TvPlatformBase.h"
+#include "TvPlatformText.h"
 #include "TvScan.h"
 #include "TvStdStr.h"
 #include "TvStreamBuf.h"
