@@ -90,6 +90,16 @@ std::size_t pooledSize(Heap& heap, const void* unit, PageKind kind)
                : 0;
 }
 
+// The unit that a pool gave for `size` bytes, or memory from the C library when it is null.
+void* handOut([[maybe_unused]] const Heap& heap, void* unit, std::size_t size)
+{
+    if (unit == nullptr)
+        return std::malloc(size);
+    TvMemoryTools::unitTaken(unit, size);
+    TV_HEAP_CHECK_AFTER_CHANGE(heap, unit);
+    return unit;
+}
+
 void freePooled(Heap& heap, void* ptr, PageKind kind)
 {
     if (kind == PageKind::Blocks) {
@@ -162,12 +172,7 @@ void* TvHeap<N, P, C, D>::allocHeap(std::size_t size)
 {
     const std::size_t wanted = size == 0 ? 1 : size;
     Pool* const pool = poolFor(*this, wanted);
-    void* const unit = pool != nullptr ? takeUnit(*this, *pool) : nullptr;
-    if (unit == nullptr)
-        return std::malloc(wanted);
-    TvMemoryTools::unitTaken(unit, wanted);
-    TV_HEAP_CHECK_AFTER_CHANGE(*this, unit);
-    return unit;
+    return handOut(*this, pool != nullptr ? takeUnit(*this, *pool) : nullptr, wanted);
 }
 
 template<int N, class P, class C, class D>
@@ -215,12 +220,7 @@ void* TvHeap<N, P, C, D>::allocHeapPage(std::size_t size)
     const std::size_t wanted = size == 0 ? 1 : size;
     const std::size_t index = C::sGetPagePoolIndex(wanted);
     PagePool* const pool = index <= kPagePools ? pagePools[index] : nullptr;
-    void* const unit = pool != nullptr ? takePageUnit(*this, *pool) : nullptr;
-    if (unit == nullptr)
-        return std::malloc(wanted);
-    TvMemoryTools::unitTaken(unit, wanted);
-    TV_HEAP_CHECK_AFTER_CHANGE(*this, unit);
-    return unit;
+    return handOut(*this, pool != nullptr ? takePageUnit(*this, *pool) : nullptr, wanted);
 }
 
 template<int N, class P, class C, class D>
@@ -238,13 +238,18 @@ bool TvHeap<N, P, C, D>::isResident(const void* ptr) const
 }
 
 // The operations alone: instantiating the whole class would export its constants too.
-template void* Heap::allocHeap(std::size_t);
-template void* Heap::reallocHeap(void*, std::size_t);
-template void Heap::freeHeap(void*);
-template std::size_t Heap::sizeOfHeap(const void*);
-template void* Heap::allocHeapPage(std::size_t);
-template void Heap::freeHeapPage(void*);
-template bool Heap::isResident(const void*) const;
+template void*
+    TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::allocHeap(std::size_t);
+template void*
+TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::reallocHeap(void*, std::size_t);
+template void TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::freeHeap(void*);
+template std::size_t
+TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::sizeOfHeap(const void*);
+template void*
+    TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::allocHeapPage(std::size_t);
+template void TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::freeHeapPage(void*);
+template bool
+TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::isResident(const void*) const;
 
 TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper> g_tvGlobalHeap
     __attribute__((init_priority(TvStartup::kGlobalHeap)));
