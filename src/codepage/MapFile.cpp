@@ -53,6 +53,8 @@ bool readTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnico
         return false;
 
     const unsigned int count = getUShort(&stream);
+    if (stream.tell() != position + sizeof(unsigned short)) // became shorter, which a read does not tell
+        return false;
     const std::uint32_t bytes = count * 2 * sizeof(unsigned short);
     if (!hasBytesLeft(stream, bytes))
         return false;
@@ -61,7 +63,7 @@ bool readTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnico
         return false;
     const std::uint64_t end = stream.tell() + bytes;
     stream.readBytes(reinterpret_cast<unsigned char*>(numbers.get()), bytes);
-    if (stream.tell() != end) // a file that has become shorter reads short without a word
+    if (stream.tell() != end) // as above
         return false;
 
     const unsigned short* const codes = numbers.get();
@@ -105,7 +107,7 @@ bool readMapTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUn
 {
     try {
         return readTable(stream, tableOffset, pairs);
-    } catch (...) { // as above
+    } catch (...) { // as in readMapDirectory
         return false;
     }
 }

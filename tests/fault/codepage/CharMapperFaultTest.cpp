@@ -135,9 +135,25 @@ TEST_P(CharMapperFault, Initialize)
         [&] {
             EXPECT_TRUE(status == Orna::eOk || status == Orna::eFileNotFound || status == Orna::eBadMapFile)
                 << status;
+            const bool isBuilt = theTvCodePages()->findMapperByAcadCp(CP_UNDEFINED) != nullptr;
+            EXPECT_TRUE(isBuilt || status == Orna::eFileNotFound) << status;
             EXPECT_EQ(toWide(CP_ANSI_1252, "abc"), L"abc");
         });
     EXPECT_EQ(TvCharMapper::initialize(map), Orna::eOk);
+}
+
+TEST_P(CharMapperFault, InitializeWithoutMemoryForTheRegistryIs72)
+{
+    for (FailNth::Length length : {FailNth::Once, FailNth::FromThenOn}) {
+        Orna::ErrorStatus status = Orna::eOk;
+        {
+            const FailNth fail(GetParam(), 1, length);
+            status = TvCharMapper::initialize(map);
+            EXPECT_TRUE(fail.fired());
+        }
+        EXPECT_EQ(theTvCodePages()->findMapperByAcadCp(CP_UNDEFINED), nullptr);
+        EXPECT_EQ(status, Orna::eFileNotFound);
+    }
 }
 
 TEST_P(CharMapperFault, SingleCharacters)
