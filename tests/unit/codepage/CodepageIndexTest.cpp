@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <random>
+#include <thread>
 #include <vector>
 
 using namespace TvDetail;
@@ -177,6 +179,33 @@ TEST(CodepageIndex, PairsOutOfOrderAreFoundAsTheSearchFindsThem)
         EXPECT_EQ(index->decode(code, view), view.decode(code)) << code;
     for (unsigned wc = 0x3000; wc < 0x3000 + 300; ++wc)
         EXPECT_EQ(index->encode(wc, view), view.encode(wc)) << wc;
+}
+
+// A memory checker sees that those who come too late drop theirs.
+TEST(CodepageIndex, ThreadsThatMakeItAtOnceGetTheSameOne)
+{
+    constexpr std::size_t kThreads = 4;
+    for (int round = 0; round < 50; ++round) {
+        const auto mapper = makeMapper(noBytes(), {{0x4E00, 0x8140}});
+        std::atomic<std::size_t> ready = 0;
+        const CodepageIndex* made[kThreads] = {};
+        std::vector<std::thread> threads;
+        for (const CodepageIndex*& own : made) {
+            threads.emplace_back([&] {
+                ++ready;
+                while (ready != kThreads) // all begin together
+                    std::this_thread::yield();
+                own = codepageIndex(*mapper);
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        ASSERT_NE(made[0], nullptr);
+        for (const CodepageIndex* own : made)
+            ASSERT_EQ(own, made[0]);
+        ASSERT_EQ(codepageIndex(*mapper), made[0]);
+        ASSERT_EQ(made[0]->decode(0x8140, CodepageView::of(mapper.get())), 0x4E00);
+    }
 }
 
 TEST(CodepageIndex, ALateTableIsLeftOutUntilItIsLoaded)

@@ -1,5 +1,7 @@
 #include "TvCodePages.h"
 
+#include "TvCharMapper.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
@@ -266,6 +268,17 @@ TEST_F(Registry, CanBeReleasedTwice)
     theTvCodePages()->release();
     theTvCodePages()->release();
     EXPECT_EQ(mapperOf(0), nullptr);
+}
+
+// Looked at before the first test runs.
+const bool g_registryBeganEmpty = theTvCodePages()->findMapperByAcadCp(CP_UNDEFINED) == nullptr &&
+                                  theTvCodePages()->findMapperByAnsiCp(1252) == nullptr;
+const bool g_mapFileNameBeganEmpty = TvCharMapper::m_MapFile.Compare(L"") == 0;
+
+TEST(EkCodepages, TheOneRegistryAndTheMapFileNameAreEmptyWhenTheLibraryIsLoaded)
+{
+    EXPECT_TRUE(g_registryBeganEmpty);
+    EXPECT_TRUE(g_mapFileNameBeganEmpty);
 }
 
 TEST(EkCodepages, StartsEmpty)

@@ -287,6 +287,26 @@ TEST_F(WithMap, AByteWithoutACharacterIsTheByteItself)
     EXPECT_EQ(toWide(CP_ASCII, "\xE9"), L"\xE9");
 }
 
+TEST_F(WithMap, AQuestionMarkInATableCountsAsNoCharacter)
+{
+    unsigned short bytes[128] = {};
+    bytes[0x69] = '?';
+    bytes[0x6A] = 0xEA;
+    EkCodepageMapper& western = *theTvCodePages()->findMapperByAcadCp(CP_ANSI_1252);
+    western.m_pSingleByteTable = bytes;
+    EXPECT_EQ(toWide(CP_ANSI_1252, "?\xE9\xEA"), L"?\xE9\xEA");
+    wchar_t wc = 0;
+    EXPECT_TRUE(TvCharMapper::codepageToUnicode(0xE9, CP_ANSI_1252, wc));
+    EXPECT_EQ(wc, '?'); // alone it is given as it stands
+
+    toWide(CP_ANSI_936, "\xFF"); // loads the table
+    EkCodepageMapper& chinese = *theTvCodePages()->findMapperByAcadCp(CP_ANSI_936);
+    chinese.m_pairs.removeAll();
+    chinese.m_pairs.append({'?', 0xB0A1});
+    chinese.m_pairs.append({0x963F, 0xB0A2});
+    EXPECT_EQ(toWide(CP_ANSI_936, "\xB0\xA1\xB0\xA2"), L"\\M+5B0A1\x963F");
+}
+
 TEST_F(WithoutMap, PairsBecomeEscapesAndKatakanaConverts)
 {
     EXPECT_EQ(toWide(CP_ANSI_932, "\xB1\x81\x5F"), L"\xFF71\\M+1815F");
