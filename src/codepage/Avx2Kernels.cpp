@@ -1,11 +1,11 @@
 // Avx2Kernels.cpp - ASCII in blocks of 32 (AVX2).
+#include "codepage/Avx2Kernels.h"
+
 #include "codepage/RunKernels.h"
 
 #if defined(__x86_64__)
 
 #include <immintrin.h>
-
-#define TV_AVX2 __attribute__((target("avx2,bmi,bmi2")))
 
 namespace TvDetail {
 
@@ -61,7 +61,15 @@ struct Avx2Runs {
 
 } // namespace
 
-const TextKernels g_avx2Kernels = RunKernels<Avx2Runs>::named("avx2");
+using Avx2 = RunKernels<Avx2Runs>;
+
+const TextKernels g_avx2Kernels = {"avx2",
+                                   avx2Utf8Decode,
+                                   avx2Utf8Encode,
+                                   Avx2::decodeSingle,
+                                   Avx2::decodeDouble,
+                                   Avx2::encodeSingle,
+                                   Avx2::encodeDouble};
 
 } // namespace TvDetail
 

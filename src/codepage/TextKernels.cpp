@@ -17,7 +17,8 @@ KernelList runnableKernels() noexcept
 #if defined(__x86_64__)
     __builtin_cpu_init();
     list.sets[list.count++] = &g_sse2Kernels;
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2"))
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
+        __builtin_cpu_supports("popcnt"))
         list.sets[list.count++] = &g_avx2Kernels;
     if (list.count == 3 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
         __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq") &&

@@ -1,0 +1,16 @@
+// Avx2Kernels.h - the kernels of the 256-bit set that have a file of their own.
+#ifndef TV_AVX2_KERNELS_H
+#define TV_AVX2_KERNELS_H
+
+#include <cstddef>
+
+#define TV_AVX2 __attribute__((target("avx2,bmi,bmi2,popcnt")))
+
+namespace TvDetail {
+
+std::size_t avx2Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept;
+std::size_t avx2Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept;
+
+} // namespace TvDetail
+
+#endif
