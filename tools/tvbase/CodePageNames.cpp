@@ -1,6 +1,6 @@
 #include "CodePageNames.h"
 
-#include "Command.h"
+#include "CommandError.h"
 
 #include "TvCharConverter.h"
 

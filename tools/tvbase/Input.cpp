@@ -1,6 +1,6 @@
 #include "Input.h"
 
-#include "Command.h"
+#include "CommandError.h"
 #include "FileNames.h"
 
 #include <algorithm>

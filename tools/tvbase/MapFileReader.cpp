@@ -1,7 +1,7 @@
 #include "MapFileReader.h"
 
 #include "CodePageNames.h"
-#include "Command.h"
+#include "CommandError.h"
 #include "Input.h"
 
 #include "TvCharMapper.h"

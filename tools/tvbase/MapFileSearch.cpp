@@ -1,6 +1,7 @@
 #include "MapFileSearch.h"
 
 #include "CodePageNames.h"
+#include "Command.h"
 #include "FileNames.h"
 
 #include "TvCharConverter.h"

@@ -2,11 +2,11 @@
 #ifndef TVBASE_MAP_FILE_SEARCH_H
 #define TVBASE_MAP_FILE_SEARCH_H
 
-#include "Command.h"
-
 #include "TvCodePages.h"
 
 #include <string>
+
+struct Shared;
 
 /// The map file to use: that of --map, of $TVBASE_MAP, the installed one beside this program,
 /// or the build's own. One that was named must exist (CommandError); empty when none was

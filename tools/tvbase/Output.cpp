@@ -1,6 +1,6 @@
 #include "Output.h"
 
-#include "Command.h"
+#include "CommandError.h"
 #include "FileNames.h"
 
 #include <cerrno>

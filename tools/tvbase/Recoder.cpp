@@ -1,7 +1,7 @@
 #include "Recoder.h"
 
 #include "CodePageNames.h"
-#include "Command.h"
+#include "CommandError.h"
 
 #include "TvCharConverter.h"
 #include "TvCharMapper.h"

@@ -1,6 +1,6 @@
 #include "WideArguments.h"
 
-#include "Command.h"
+#include "CommandError.h"
 
 #include "TvCharMapper.h"
 #include "TvNumber.h"
