@@ -26,5 +26,6 @@ void addLength(CLI::App& app, Shared& shared);
 void addAngle(CLI::App& app, Shared& shared);
 void addFormat(CLI::App& app, Shared& shared);
 void addScan(CLI::App& app, Shared& shared);
+void addBigFont(CLI::App& app, Shared& shared);
 
 #endif

@@ -43,6 +43,7 @@ int main(int argc, char** argv)
     addAngle(app, shared);
     addFormat(app, shared);
     addScan(app, shared);
+    addBigFont(app, shared);
     try {
         app.parse(parserArguments(argc, argv));
     } catch (const CLI::ParseError& error) {
