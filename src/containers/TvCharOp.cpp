@@ -17,12 +17,11 @@ int TvCharToInt(wchar_t c)
 
 bool isdigit_WithDiffCodeSys(int base, wchar_t c)
 {
-    const auto character = static_cast<std::wint_t>(c);
     if (base == 16) {
-        const std::wint_t lower = std::towlower(character);
-        return std::iswdigit(character) || (lower >= L'a' && lower <= L'f');
+        const std::wint_t lower = std::towlower(static_cast<std::wint_t>(c));
+        return TvCharOp::isDigit(c) || (lower >= L'a' && lower <= L'f');
     }
-    return std::iswdigit(character) && (base == 0 || TvCharToInt(c) < base);
+    return TvCharOp::isDigit(c) && (base == 0 || TvCharToInt(c) < base);
 }
 
 void* TvCharOp::zalloc(unsigned long bytes)
