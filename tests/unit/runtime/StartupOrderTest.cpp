@@ -88,7 +88,7 @@ std::map<std::uintptr_t, std::string> functionNames(const std::string& path)
     return names;
 }
 
-std::vector<Constructors> constructorsInOrder()
+std::vector<Constructors> readConstructors()
 {
     Library library{};
     dl_iterate_phdr(findLibrary, &library);
@@ -106,16 +106,21 @@ std::vector<Constructors> constructorsInOrder()
     return result;
 }
 
+const std::vector<Constructors>& constructorsInOrder()
+{
+    static const std::vector<Constructors> order = readConstructors();
+    return order;
+}
+
 class StartupOrder : public ::testing::Test {
 protected:
     void SetUp() override
     {
         _tvFree(_tvMalloc(1)); // the program needs the library
-        m_order = constructorsInOrder();
         if (m_order.empty())
             GTEST_SKIP() << "the library has no symbol table";
     }
-    std::vector<Constructors> m_order;
+    const std::vector<Constructors>& m_order = constructorsInOrder();
 };
 
 TEST(StartupSteps, AreDistinctAndAscending)
@@ -163,6 +168,7 @@ const FileCase kFileCases[] = {
     {"CharCategories", "TvCharCategory.cpp", TvStartup::kCharCategories},
     {"CodePageRegistry", "EkCodepages.cpp", TvStartup::kCodePageRegistry},
     {"MapFileName", "TvCharMapper.cpp", TvStartup::kMapFileName},
+    {"BigFonts", "BigFont.cpp", TvStartup::kBigFonts},
     {"BigNumbers", "TvFCvtAllocator.cpp", TvStartup::kBigNumbers},
     {"OpenFiles", "TvFileRegistry.cpp", TvStartup::kOpenFiles},
 };
@@ -171,7 +177,7 @@ class StartupFile : public ::testing::TestWithParam<FileCase> {};
 
 TEST_P(StartupFile, TakesItsStep)
 {
-    const auto order = constructorsInOrder();
+    const auto& order = constructorsInOrder();
     if (order.empty())
         GTEST_SKIP() << "the library has no symbol table";
     EXPECT_EQ(std::count_if(order.begin(), order.end(),
