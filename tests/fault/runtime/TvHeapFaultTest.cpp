@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -15,6 +17,12 @@
 namespace {
 
 constexpr long kTries = 6; // calls of mprotect for one commit
+
+// Fails nothing, counts the calls of mprotect.
+class ProtectCalls : public FailMapping {
+public:
+    ProtectCalls() : FailMapping(FailMapping::Protect, LONG_MAX, 1) {}
+};
 
 class TvHeapFault : public ::testing::Test {
 protected:
@@ -174,6 +182,67 @@ TEST_F(TvHeapFault, AnyMappingCallMayFail)
             break;
     }
     EXPECT_EQ(pooledUnitsInUse(), 0);
+}
+
+TEST_F(TvHeapFault, UnitsOfAnOpenBlockNeedNoSystemCall)
+{
+    const void* const block = take(40);
+    ProtectCalls protect;
+    std::vector<void*> units(101);
+    for (int round = 0; round < 100; ++round) {
+        for (void*& unit : units)
+            unit = _tvMalloc(40);
+        for (void* unit : units)
+            _tvFree(unit);
+    }
+    EXPECT_EQ(protect.calls(), 0);
+    EXPECT_TRUE(g_tvGlobalHeap.isResident(block));
+}
+
+TEST_F(TvHeapFault, BlocksThatComeBackSoonNeedNoSystemCall)
+{
+    fillPage();
+    std::vector<void*> blocks(m_taken.begin(), m_taken.begin() + 200);
+    ProtectCalls protect;
+    for (int round = 0; round < 5; ++round) {
+        for (void* block : blocks)
+            _tvFree(block);
+        EXPECT_GT(TvHeapInternals::pendingBlocks(), 100);
+        for (void*& block : blocks)
+            block = _tvMalloc(4096);
+    }
+    EXPECT_EQ(protect.calls(), 0);
+    std::copy(blocks.begin(), blocks.end(), m_taken.begin());
+}
+
+TEST_F(TvHeapFault, NeighbouringBlocksLoseTheirAccessInOneCall)
+{
+    for (int page = 0; page < 2; ++page)
+        fillPage();
+    ProtectCalls protect;
+    for (std::size_t page = 0; page < 2; ++page)
+        for (std::size_t i = 0; i < 16 + 128; ++i) // the first 16 of each page stay committed
+            _tvFree(m_taken[page * 254 + i]);
+    EXPECT_EQ(TvHeapInternals::pendingBlocks(), 256);
+    EXPECT_EQ(protect.calls(), 0);
+    _tvFree(m_taken[16 + 128]);
+    EXPECT_EQ(TvHeapInternals::pendingBlocks(), 1);
+    EXPECT_EQ(protect.calls(), 2) << "a run in each page";
+    m_taken.erase(m_taken.begin() + 254, m_taken.begin() + 254 + 16 + 128);
+    m_taken.erase(m_taken.begin(), m_taken.begin() + 16 + 129);
+}
+
+TEST(TvHeapReservation, ACommitBeyondItMakesNoSystemCall)
+{
+    if (TvHeapConfigurator::pStartAddress == nullptr)
+        GTEST_SKIP() << "no reserved range in this process";
+    ASSERT_GT(g_tvGlobalHeap.m_searchHint, 8192);
+    const short hint = g_tvGlobalHeap.m_searchHint;
+    ProtectCalls protect;
+    _tvFree(_tvMalloc(4096));
+    tvFreePage(tvAllocPage());
+    EXPECT_EQ(protect.calls(), 0);
+    EXPECT_EQ(g_tvGlobalHeap.m_searchHint, hint - 2) << "both took part in the search";
 }
 
 TEST(TvHeapReservation, ACandidateThatCannotBeMappedIsPassedOver)

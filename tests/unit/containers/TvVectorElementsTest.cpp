@@ -207,6 +207,23 @@ TEST(EscapesDeathTest, AnotherThingEndsTheProcessInLast)
     EXPECT_DEATH(throwAnotherThing([] { TvVector<char>().last(); }), "");
 }
 
+// Unsharing goes through clone(), which lets nothing else out.
+TEST(EscapesDeathTest, AnotherThingEndsTheProcessInClone)
+{
+    TvVector<ThrowsWhenCopied> v;
+    v.setLogicalLength(5);
+    TvVector<ThrowsWhenCopied> copy(v);
+    const auto unshare = [&] {
+        ThrowsWhenCopied::armed = true;
+        try {
+            copy.copyBeforeWrite(0);
+        } catch (...) {
+        }
+        std::_Exit(0); // not the way a caught exception must end
+    };
+    EXPECT_DEATH(unshare(), "");
+}
+
 TEST(TvPodTypeConstructor, AssignCopiesThatMany)
 {
     const int from[] = {1, 2, 3};
