@@ -27,5 +27,6 @@ void addAngle(CLI::App& app, Shared& shared);
 void addFormat(CLI::App& app, Shared& shared);
 void addScan(CLI::App& app, Shared& shared);
 void addBigFont(CLI::App& app, Shared& shared);
+void addEscapes(CLI::App& app, Shared& shared);
 
 #endif

@@ -38,6 +38,7 @@ int main(int argc, char** argv)
     addRecode(app, shared);
     addList(app, shared);
     addMap(app, shared);
+    addEscapes(app, shared);
     addNum(app, shared);
     addLength(app, shared);
     addAngle(app, shared);
