@@ -1,27 +1,23 @@
 // Makes, copies, assigns and appends narrow text: TvStringA beside std::string.
 #include "TvStringA.h"
 
+#include "FirstRequests.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
-// The heap serves its first requests that need a new page from malloc; its usual way
-// begins after 8193 of them. The pages asked for here stay in use.
-void passTheFirstRequests()
-{
-    for (int i = 0; i < 200; ++i)
-        benchmark::DoNotOptimize(tvAllocPage());
-    for (int i = 0; i < 9000; ++i)
-        benchmark::DoNotOptimize(_tvMalloc(65536));
-}
-
+// Kept where no benchmark writes beside it.
 std::string textOf(int length)
 {
     std::string text;
+    text.reserve(256);
     for (int i = 0; i < length; ++i)
         text += static_cast<char>('a' + i % 26);
     return text;
@@ -37,12 +33,23 @@ void expect(const String& string, const std::string& text)
         std::abort();
 }
 
-// From a text to a string and its end.
+// A thousand strings that do not share their text.
+template<class String>
+std::vector<std::unique_ptr<String>> stringsOf(const std::string& text)
+{
+    std::vector<std::unique_ptr<String>> strings;
+    for (int i = 0; i < 1000; ++i)
+        strings.push_back(std::make_unique<String>(text.c_str()));
+    return strings;
+}
+
+// From a text to a string and its end, among others that stay.
 template<class String, int length>
 void BM_make(benchmark::State& state)
 {
     const std::string text = textOf(length);
-    expect(String(text.c_str()), text);
+    const std::vector<std::unique_ptr<String>> others = stringsOf<String>(text);
+    expect(*others.front(), text);
     const char* chars = text.c_str();
     for (auto _ : state) {
         benchmark::DoNotOptimize(chars);

@@ -1,22 +1,14 @@
 // Appends one element at a time, and copies: TvVector beside std::vector.
 #include "TvVector.h"
 
+#include "FirstRequests.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <vector>
 
 namespace {
-
-// The heap serves its first requests that need a new page from malloc; its usual way
-// begins after 8193 of them. The pages asked for here stay in use.
-void passTheFirstRequests()
-{
-    for (int i = 0; i < 200; ++i)
-        benchmark::DoNotOptimize(tvAllocPage());
-    for (int i = 0; i < 9000; ++i)
-        benchmark::DoNotOptimize(_tvMalloc(65536));
-}
 
 template<class T>
 void append(TvVector<T>& v, T value)

@@ -102,6 +102,9 @@ public:
 template<class T, class Header, class Allocator = TvMemDataAllocator, class Reallocator = TvPodReallocator<T>>
 class TvMemData;
 
+template<class Char, class Header>
+class TvStringT;
+
 namespace TvDetail {
 
 // Looks for what can never be in a buffer.
@@ -319,6 +322,12 @@ public:
     }
 
 private:
+    template<class Char, class StringHeader>
+    friend class TvStringT;
+
+    // Takes over the caller's reference on the block behind `block`.
+    explicit TvMemData(Header* block) : m_data(elementsOf(block)) {}
+
     static constexpr std::uint32_t kLocked = 0xFFFFFFFFu;
     static constexpr std::uint64_t kMost = ~std::uint64_t(0);
     static constexpr std::uint64_t kDoublingEnd = 65536;

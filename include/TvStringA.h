@@ -135,6 +135,9 @@ public:
     static const Char* const kEmptyStr;
 
 protected:
+    // Takes over the caller's reference on the text behind `block`.
+    explicit TvStringT(Header* block) : m_data(block) {}
+
     TvMemData<Char, Header, TvMemDataAllocator, TvPodReallocator<Char>> m_data;
 
 private:

@@ -2,7 +2,16 @@
 
 #include "TvPlatformBase.h"
 
+#include <cstddef>
+#include <cstring>
+#include <new>
 #include <type_traits>
+
+namespace {
+
+constexpr std::size_t kStep = 8; // the growth step of new headers
+
+} // namespace
 
 static_assert(sizeof(TvStrHeaderA) == 40);
 static_assert(std::is_trivially_destructible_v<TvStrHeaderA>); // strings outlive every destructor
@@ -17,7 +26,43 @@ const char* const TvStringT<char, TvStrHeaderA>::kEmptyStr = "";
 template class TvMemData<char, TvStrHeaderA>;
 template class TvStringT<char, TvStrHeaderA>;
 
-TvStringA::TvStringA(const char* text) : TvStringT(text) { setCodepage(static_cast<int>(GetACP())); }
+namespace {
+
+// What assign() and setCodepage() make of an empty string when there is not enough memory for
+// the text: perhaps there is enough for a header.
+[[gnu::cold, gnu::noinline]] TvStrHeaderA* newEmptyBlock(int codepage)
+{
+    void* const memory = TvMemDataAllocator::_alloc(sizeof(TvStrHeaderA));
+    if (memory)
+        return new (memory) TvStrHeaderA(codepage);
+    ++TvStrHeaderA::sm_EmptyStrA.refCount;
+    return TvStrHeaderA::sEmptyHeader();
+}
+
+// What they make of it otherwise, in one step. The caller has the one reference.
+TvStrHeaderA* newBlock(const char* text, int codepage)
+{
+    const std::size_t length = text ? std::strlen(text) : 0;
+    const std::size_t count = length != 0 ? length + 1 : 0;
+    const std::size_t room = (count + kStep - 1) / kStep * kStep;
+    void* const memory = TvMemDataAllocator::_alloc(sizeof(TvStrHeaderA) + room);
+    if (!memory)
+        return newEmptyBlock(codepage);
+    auto* const block = new (memory) TvStrHeaderA(codepage);
+    block->count = count;
+    block->allocCount = room;
+    TvPodReallocator<char>::_copy(reinterpret_cast<char*>(block + 1), text, count);
+    return block;
+}
+
+} // namespace
+
+TvStringA::TvStringA(const char* text) : TvStringT(newBlock(text, static_cast<int>(GetACP())))
+{
+#ifdef TV_CHECK_STRUCTURES
+    TvDetail::StringCheck::demand(*this);
+#endif
+}
 
 void TvStringA::setCodepage(int codepage)
 {

@@ -17,7 +17,7 @@ TEST(StringTraffic, StringsAgreeWithTheModel)
     {
         std::mt19937_64 random(seed);
         StringTraffic traffic([&random](unsigned int n) { return static_cast<unsigned int>(random() % n); });
-        const long steps = scaled(200000);
+        const long steps = scaled(100000);
         for (long step = 0; step < steps; ++step)
             ASSERT_STREQ(traffic.step(), nullptr) << "in step " << step;
     }
