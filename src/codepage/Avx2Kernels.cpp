@@ -26,7 +26,7 @@ struct Avx2Runs {
             if (_mm256_movemask_epi8(other))
                 break;
             auto* to = reinterpret_cast<__m256i*>(dst + at);
-            for (int part = 0; part < 4; ++part) {
+            for (std::size_t part = 0; part < 4; ++part) {
                 const auto* eight = reinterpret_cast<const __m128i*>(src + at + 8 * part);
                 _mm256_storeu_si256(to + part, _mm256_cvtepu8_epi32(_mm_loadl_epi64(eight)));
             }

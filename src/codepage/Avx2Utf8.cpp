@@ -79,7 +79,7 @@ TV_AVX2_STEP __m256i isContinuation(__m256i bytes) { return _mm256_cmpgt_epi8(al
 
 TV_AVX2_STEP void widen32(wchar_t* dst, const unsigned char* src)
 {
-    for (int part = 0; part < 4; ++part) {
+    for (std::size_t part = 0; part < 4; ++part) {
         const auto* eight = reinterpret_cast<const __m128i*>(src + 8 * part);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + 8 * part),
                             _mm256_cvtepu8_epi32(_mm_loadl_epi64(eight)));

@@ -277,7 +277,7 @@ TV_AVX512 KernelProgress avx512DecodeDouble(const unsigned char* src, std::size_
         const std::uint64_t foreign = begins & high;
         const __m512i low = _mm512_mask_mov_epi8(b, lead, next);
         const __m512i top = _mm512_maskz_mov_epi8(lead, b);
-        const bool few = _mm_popcnt_u64(foreign) <= 2 * kFew;
+        const bool few = _mm_popcnt_u64(foreign) <= 2LL * kFew;
         if (!few)
             pending.add(at, low, top, begins);
         if (few ? pending.count != 0 : pending.count > PendingCodes::kMany - 64) {

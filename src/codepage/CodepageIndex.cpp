@@ -4,7 +4,6 @@
 #include "codepage/CodepageSearch.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -98,10 +97,23 @@ void fillWindows(CodepageTables& tables)
     }
 }
 
-bool isCurrent(const CodepageIndex& index, const CodepageView& view, bool leadBytes)
+// Every ASCII character is its own code.
+struct AsciiCodes {
+    unsigned char codes[128];
+
+    constexpr AsciiCodes() : codes{}
+    {
+        for (unsigned c = 0; c < 128; ++c)
+            codes[c] = static_cast<unsigned char>(c);
+    }
+};
+constinit AsciiCodes s_ascii;
+
+constexpr CodepageTables tablesOf(AsciiCodes& ascii)
 {
-    return index.madeFromBytes == view.bytes && index.madeFromPairs == view.pairs &&
-           index.madeFromPairCount == view.pairCount && index.madeForLeadBytes == leadBytes;
+    CodepageTables tables = {};
+    tables.encodeByte = ascii.codes;
+    return tables;
 }
 
 struct DeleteIndex {
@@ -142,6 +154,8 @@ CodepageIndex* makeIndex(const CodepageView& view, bool leadBytes)
 
 } // namespace
 
+constinit const CodepageTables g_asciiTables = tablesOf(s_ascii);
+
 int CodepageIndex::decode(unsigned code, const CodepageView& view) const noexcept
 {
     // 0 may stand for a character that a text conversion does not emit: the search knows.
@@ -159,14 +173,13 @@ int CodepageIndex::encode(unsigned wc, const CodepageView& view) const noexcept
     return searchWhenNone ? view.encode(wc) : -1;
 }
 
-const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper) noexcept
+const CodepageIndex* makeCodepageIndex(const EkCodepageMapper& mapper, const CodepageView& view) noexcept
 {
-    const CodepageView view = CodepageView::of(&mapper);
-    const bool leadBytes = mapper.m_leadBytes.length() > 0;
     // Conversions with complete mappers may run side by side: who comes second drops his own.
     const std::atomic_ref<CodepageIndex*> published(mapper.m_index);
+    const bool leadBytes = mapper.m_leadBytes.length() > 0;
     CodepageIndex* index = published.load(std::memory_order_acquire);
-    if (index && isCurrent(*index, view, leadBytes))
+    if (index && index->isOf(view, leadBytes))
         return index;
     if (index) { // somebody has changed the mapper, which nobody may use meanwhile
         published.store(nullptr, std::memory_order_relaxed);

@@ -6,6 +6,8 @@
 #include "codepage/CodepageSearch.h"
 #include "codepage/TextKernels.h"
 
+#include <atomic>
+
 namespace TvDetail {
 
 /// What the kernels need of one mapper, and what it was made from.
@@ -26,11 +28,34 @@ struct CodepageIndex {
     const EkCpUnicodePair* madeFromPairs;
     int madeFromPairCount;
     bool madeForLeadBytes;
+
+    /// Whether it was made from these tables.
+    bool isOf(const CodepageView& view, bool leadBytes) const noexcept
+    {
+        return madeFromBytes == view.bytes && madeFromPairs == view.pairs &&
+               madeFromPairCount == view.pairCount && madeForLeadBytes == leadBytes;
+    }
 };
 
-/// The index of a mapper, made or made again where the mapper's tables are others than
-/// before. Null when no memory could be had; the tables must then be searched.
-const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper) noexcept;
+/// Makes the index of a mapper that has none or one of other tables.
+const CodepageIndex* makeCodepageIndex(const EkCodepageMapper& mapper, const CodepageView& view) noexcept;
+
+/// The index of a mapper, whose view is `view`, made or made again where the mapper's tables
+/// are others than before. Null when no memory could be had; the tables must then be searched.
+inline const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper, const CodepageView& view) noexcept
+{
+    const std::atomic_ref<CodepageIndex*> published(mapper.m_index);
+    const CodepageIndex* const index = published.load(std::memory_order_acquire);
+    return index && index->isOf(view, mapper.m_leadBytes.length() > 0) ? index
+                                                                       : makeCodepageIndex(mapper, view);
+}
+inline const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper) noexcept
+{
+    return codepageIndex(mapper, CodepageView::of(&mapper));
+}
+
+/// Tables of ASCII alone, for the single-byte kernels and text that holds nothing else.
+extern const CodepageTables g_asciiTables;
 
 /// Frees an index; null does nothing.
 void deleteCodepageIndex(CodepageIndex* index) noexcept;

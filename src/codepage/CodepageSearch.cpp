@@ -23,14 +23,7 @@ bool mycomp(const EkCpUnicodePair& a, const EkCpUnicodePair& b) { return a.code 
 
 } // namespace
 
-CodepageView CodepageView::of(const EkCodepageMapper* mapper) noexcept
-{
-    if (!mapper)
-        return {kIdentity.bytes, nullptr, 0};
-    const bool loaded = mapper->m_bLoaded == 1;
-    return {mapper->m_pSingleByteTable, loaded ? mapper->m_pairs.asArrayPtr() : nullptr,
-            loaded ? mapper->m_pairs.length() : 0};
-}
+CodepageView CodepageView::ofNone() noexcept { return {kIdentity.bytes, nullptr, 0}; }
 
 int CodepageView::decode(unsigned code) const noexcept
 {

@@ -14,7 +14,15 @@ struct CodepageView {
 
     /// Of a mapper; of none, what holds before the registry is filled: each byte is the
     /// character of the same number.
-    static CodepageView of(const EkCodepageMapper* mapper) noexcept;
+    static CodepageView of(const EkCodepageMapper* mapper) noexcept
+    {
+        if (!mapper)
+            return ofNone();
+        const bool loaded = mapper->m_bLoaded == 1;
+        return {mapper->m_pSingleByteTable, loaded ? mapper->m_pairs.asArrayPtr() : nullptr,
+                loaded ? mapper->m_pairs.length() : 0};
+    }
+    static CodepageView ofNone() noexcept;
 
     /// The character of a code above 0xFF by binary search, or of a byte; -1 for none.
     int decode(unsigned code) const noexcept;

@@ -15,7 +15,11 @@ MapperAccess accessOf(EkCodepageMapper* mapper)
 {
     // Without its double-byte table a mapper is not worth an index: it is about to change.
     const bool complete = mapper && mapper->m_bLoaded == 1;
-    return {mapper, CodepageView::of(mapper), complete ? codepageIndex(*mapper) : nullptr};
+    // Made in place: a copy would load in one piece what was just stored in several, and wait.
+    MapperAccess access{mapper, CodepageView::of(mapper), nullptr};
+    if (complete)
+        access.index = codepageIndex(*mapper, access.view);
+    return access;
 }
 
 } // namespace

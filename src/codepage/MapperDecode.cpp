@@ -5,6 +5,7 @@
 #include "codepage/MapperAccess.h"
 #include "codepage/ResultVector.h"
 #include "codepage/TextKernels.h"
+#include "codepage/TextSteps.h"
 #include "codepage/Utf8Text.h"
 
 namespace TvDetail {
@@ -14,7 +15,7 @@ namespace {
 constexpr int kCifLength = 7;
 constexpr int kMifLength = 8;
 
-// One conversion. The kernels run over what is easy; each stop of theirs, and every byte
+// One conversion. The kernels run over what is easy; each stop of theirs, and every foreign byte
 // while there is no index, is one step() here.
 class Decoder {
 public:
@@ -32,6 +33,8 @@ public:
         for (;;) {
             if (m_page.index)
                 runKernel();
+            else
+                runAscii();
             if (m_at == m_count || m_src[m_at] == 0)
                 break;
             if (!step())
@@ -77,6 +80,18 @@ private:
                                         : kernels.decodeSingle(from, left, m_out.end(), tables);
         m_at += done.read;
         m_out.advance(done.written);
+    }
+
+    // Without an index, which a mapper has only once its table is loaded.
+    void runAscii()
+    {
+        const unsigned char* from = m_src + m_at;
+        const std::size_t count = asciiLength(from, m_count - m_at);
+        if (count != 0) {
+            const KernelProgress done = textKernels().decodeSingle(from, count, m_out.end(), g_asciiTables);
+            m_at += done.read;
+            m_out.advance(done.written);
+        }
     }
 
     // Converts what stands here, one character or escape. False when memory ran out.

@@ -5,6 +5,7 @@
 #include "codepage/MapperAccess.h"
 #include "codepage/ResultVector.h"
 #include "codepage/TextKernels.h"
+#include "codepage/TextSteps.h"
 #include "codepage/Utf8Text.h"
 
 #include <algorithm>
@@ -30,6 +31,8 @@ public:
         while (makeRoom()) {
             if (m_page.index)
                 runKernel();
+            else
+                runAscii();
             if (m_at == m_count || m_src[m_at] == 0)
                 return m_out.finish();
             step();
@@ -52,6 +55,18 @@ private:
         const KernelProgress done = kernel(m_src + m_at, count, m_out.end(), tables);
         m_at += done.read;
         m_out.advance(done.written);
+    }
+
+    // As the decoder's.
+    void runAscii()
+    {
+        const wchar_t* from = m_src + m_at;
+        const std::size_t count = asciiLength(from, std::min(m_count - m_at, m_out.room() - kLeastRoom));
+        if (count != 0) {
+            const KernelProgress done = textKernels().encodeSingle(from, count, m_out.end(), g_asciiTables);
+            m_at += done.read;
+            m_out.advance(done.written);
+        }
     }
 
     // Converts what stands here, one character or escape.

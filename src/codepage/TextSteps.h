@@ -11,6 +11,26 @@
 
 namespace TvDetail {
 
+// How many elements stand before the first that is not ASCII; it looks at no more than 256,
+// because who asks may stop at each backslash and ask again.
+template<class T>
+std::size_t asciiLength(const T* src, std::size_t count)
+{
+    constexpr std::size_t kStep = 8; // judged together, without a branch for each
+    count = count < 256 ? count : 256;
+    std::size_t at = 0;
+    for (; at + kStep <= count; at += kStep) {
+        unsigned all = 0;
+        for (std::size_t i = 0; i < kStep; ++i)
+            all |= static_cast<unsigned>(src[at + i]);
+        if (all > 0x7F)
+            break;
+    }
+    while (at < count && static_cast<unsigned>(src[at]) < 0x80)
+        ++at;
+    return at;
+}
+
 inline bool isUtf8Continuation(unsigned char b) { return (b & 0xC0) == 0x80; }
 
 inline bool utf8DecodeUntil(std::size_t until, const unsigned char* src, std::size_t count, std::size_t& at,

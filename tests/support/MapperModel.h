@@ -78,6 +78,9 @@ inline std::optional<int> decodeCode(unsigned code, code_page_id cp)
         return text.empty() ? 0 : static_cast<int>(text[0]);
     }
     const EkCodepageMapper& page = *theTvCodePages()->findMapperByAcadCp(cp);
+    const EkCodepageMapper& empty = *theTvCodePages()->findMapperByAcadCp(CP_ASCII);
+    if (page.m_bLoaded != 1 && page.m_pSingleByteTable == empty.m_pSingleByteTable)
+        return std::nullopt;
     if (code < 0x80)
         return static_cast<int>(code);
     if (code < 0x100)

@@ -17,14 +17,19 @@ class MapperTexts : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(TvCharMapper::initialize(shippedMapFile()), Orna::eOk);
-        // The model does not load tables.
-        for (code_page_id cp : {CP_ANSI_932, CP_ANSI_936, CP_ANSI_949, CP_ANSI_950})
-            toWide(cp, "\xFF");
+        loadTables();
         m_seed = testSeed(31337);
         m_random.seed(static_cast<unsigned>(m_seed));
     }
     void TearDown() override { TvCharMapper::unInitialize(); }
+
+    // The model does not.
+    virtual void loadTables()
+    {
+        ASSERT_EQ(TvCharMapper::initialize(shippedMapFile()), Orna::eOk);
+        for (code_page_id cp : {CP_ANSI_932, CP_ANSI_936, CP_ANSI_949, CP_ANSI_950})
+            toWide(cp, "\xFF");
+    }
 
     unsigned below(unsigned limit) { return static_cast<unsigned>(m_random() % limit); }
 
@@ -111,6 +116,26 @@ protected:
     std::uint64_t m_seed = 0;
     std::mt19937 m_random;
 };
+
+class MapperTextsWithoutMapFile : public MapperTexts {
+protected:
+    void loadTables() override { ASSERT_EQ(TvCharMapper::initialize(L""), Orna::eFileNotFound); }
+};
+
+TEST_F(MapperTextsWithoutMapFile, BothWaysAsTheModelHasIt)
+{
+    SCOPED_TRACE("TV_TEST_SEED=" + std::to_string(m_seed));
+    const SystemCodePage system(936);
+    for (long round = scaled(4000); round > 0; --round) {
+        const code_page_id cp = anyPage();
+        const std::string text = anyBytes();
+        ASSERT_EQ(toWide(cp, text), MapperModel::toWide(cp, text))
+            << cp << ", text " << testing::PrintToString(text);
+        const std::wstring wide = anyWide();
+        ASSERT_EQ(toBytes(cp, wide), MapperModel::toBytes(cp, wide))
+            << cp << ", text " << testing::PrintToString(wide);
+    }
+}
 
 TEST_F(MapperTexts, ToWideAsTheModelHasIt)
 {
