@@ -28,5 +28,6 @@ void addFormat(CLI::App& app, Shared& shared);
 void addScan(CLI::App& app, Shared& shared);
 void addBigFont(CLI::App& app, Shared& shared);
 void addEscapes(CLI::App& app, Shared& shared);
+void addBreaks(CLI::App& app, Shared& shared);
 
 #endif

@@ -1,13 +1,15 @@
-// tvbase list - the code pages.
+// tvbase list - the code pages, or the languages.
 #include "Command.h"
 
 #include "CodePageNames.h"
+#include "LanguageList.h"
 
 #include "TvCharConverter.h"
 #include "TvCharMapper.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -44,7 +46,10 @@ void runList()
 
 void addList(CLI::App& app, Shared&)
 {
-    CLI::App* command = app.add_subcommand("list", "List the code pages");
+    const auto languages = std::make_shared<bool>(false);
+    CLI::App* command = app.add_subcommand("list", "List the code pages, or the languages");
+    command->add_flag("-l,--languages", *languages,
+                      "Language identifiers with their character sets and code pages");
     command->footer("Example:\n  tvbase list | grep double-byte");
-    command->callback(runList);
+    command->callback([languages] { *languages ? printLanguages() : runList(); });
 }

@@ -1,0 +1,1 @@
+tvbase list --languages

@@ -1,0 +1,160 @@
+// tvbase breaks - line-break classes and punctuation kinds of a text.
+#include "Command.h"
+#include "LineBreaks.h"
+#include "Utf8Sequence.h"
+#include "WideArguments.h"
+
+#include "OrCodePage.h"
+#include "TvCharCategory.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+// By class number.
+const char* const kClassNames[] = {
+    "OP opening",    "CL closing",     "QU quotation", "GL no break", "NS no start",   "EX exclamation",
+    "SY slash",      "IS comma, stop", "PR prefix",    "PO postfix",  "NU digit",      "AL letter",
+    "ID ideograph",  "IN ellipsis",    "HY hyphen",    "BA after",    "BB before",     "B2 around",
+    "ZW zero width", "CM combining",   "WJ joiner",    "CR return",   "LF line feed",  "NL next line",
+    "BK line end",   "XX private",     "SP space",     "CB object",   "SA dictionary",
+};
+
+constexpr char32_t kFirstPrintable = 0x21;
+constexpr char32_t kDottedCircle = 0x25CC;   // what a combining mark is shown on
+constexpr char32_t kBasicPlaneEnd = 0x10000; // class 19 holds more than marks beyond
+constexpr int kCombining = 19;
+
+// False when `utf8` is no UTF-8.
+bool readCharacters(const std::string& utf8, std::u32string& text)
+{
+    for (std::size_t i = 0; i < utf8.size();) {
+        const Utf8Sequence sequence = readUtf8(utf8.data() + i, utf8.size() - i);
+        if (sequence.length <= 0)
+            return false;
+        text += sequence.value;
+        i += static_cast<std::size_t>(sequence.length);
+    }
+    return true;
+}
+
+std::string utf8Of(char32_t c)
+{
+    char bytes[4];
+    return {bytes, static_cast<std::size_t>(writeUtf8(c, bytes))};
+}
+
+std::string punctuationOf(char32_t c)
+{
+    const TvCharCategory& categories = TvCharCategory::s_instance;
+    std::string kinds;
+    const auto add = [&](const TvVector<wchar_t>& list, const char* kind) {
+        if (std::binary_search(list.begin(), list.end(), static_cast<wchar_t>(c)))
+            kinds += (kinds.empty() ? "" : "+") + std::string(kind);
+    };
+    add(categories.leftPuncts(), "left");
+    add(categories.normalPuncts(), "normal");
+    add(categories.rightPuncts(), "right");
+    add(categories.quotationPuncts(), "quotation");
+    return kinds.empty() ? "-" : kinds;
+}
+
+const char* nameOf(LineBreak lineBreak)
+{
+    return lineBreak == LineBreak::Must ? "must" : lineBreak == LineBreak::May ? "may" : "-";
+}
+
+// The character as it can stand in a table; empty for what shows nothing.
+std::string shownCharacter(char32_t c, int breakClass)
+{
+    if (c < kFirstPrintable || (c >= 0x7F && c < 0xA0))
+        return "";
+    return breakClass == kCombining && c < kBasicPlaneEnd ? utf8Of(kDottedCircle) + utf8Of(c) : utf8Of(c);
+}
+
+void printTable(const std::u32string& text)
+{
+    std::printf("unit      class              break  punctuation      character\n");
+    const std::vector<LineBreak> breaks = findLineBreaks(text);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const int breakClass = OrCodePage::LineBreakClass(static_cast<wchar_t>(text[i]));
+        std::printf("U+%-6.4X  %2d %-14s  %-5s  ", static_cast<unsigned>(text[i]), breakClass,
+                    kClassNames[breakClass], nameOf(breaks[i]));
+        const std::string shown = shownCharacter(text[i], breakClass);
+        std::printf(shown.empty() ? "%s\n" : "%-15s  %s\n", punctuationOf(text[i]).c_str(), shown.c_str());
+    }
+}
+
+void printMarked(const std::u32string& text)
+{
+    const std::vector<LineBreak> breaks = findLineBreaks(text);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (breaks[i] != LineBreak::Must)
+            std::fputs(utf8Of(text[i]).c_str(), stdout);
+        else if (i + 1 < text.size())
+            std::fputc('\n', stdout);
+        if (breaks[i] == LineBreak::May)
+            std::fputc('|', stdout);
+    }
+    std::fputc('\n', stdout);
+}
+
+struct BreaksOptions {
+    bool marked = false;
+    std::vector<std::string> texts;
+};
+
+// Each text by itself; one that cannot be read does not keep the others back.
+class TextPrinter {
+public:
+    explicit TextPrinter(bool marked) : m_marked(marked) {}
+
+    void print(const std::string& utf8)
+    {
+        std::u32string text;
+        if (!readCharacters(utf8, text)) {
+            complain("text " + std::to_string(m_texts + 1) + " is not UTF-8");
+            m_status = kExitFailed;
+        } else if (m_marked) {
+            printMarked(text);
+        } else {
+            std::fputs(m_texts != 0 ? "\n" : "", stdout);
+            printTable(text);
+        }
+        ++m_texts;
+    }
+    int status() const { return m_status; }
+
+private:
+    bool m_marked;
+    long m_texts = 0;
+    int m_status = 0;
+};
+
+int showBreaks(const BreaksOptions& options)
+{
+    TextPrinter printer(options.marked);
+    for (const std::string& text : options.texts)
+        printer.print(text);
+    for (std::string line; options.texts.empty() && readLine(line);)
+        printer.print(line);
+    return printer.status();
+}
+
+} // namespace
+
+void addBreaks(CLI::App& app, Shared& shared)
+{
+    const auto options = std::make_shared<BreaksOptions>();
+    CLI::App* const command = app.add_subcommand(
+        "breaks", "Show line-break classes and punctuation of a text, and where it may break");
+    command->add_flag("-m,--marked", options->marked, "The text alone, with | where a line may end");
+    command->add_option("TEXT", options->texts, "Texts in UTF-8 (else the lines of standard input)");
+    command->footer("Example:\n  tvbase breaks '(a-b) 12%'\n"
+                    "  tvbase breaks --marked 'Fire door, self-closing'      Fire |door, |self-|closing");
+    command->callback([options, &shared] { shared.status = showBreaks(*options); });
+}
