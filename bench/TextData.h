@@ -51,6 +51,9 @@ inline Wide range(wchar_t first, wchar_t last)
     return out;
 }
 
+// Han characters, all of them in GB 18030's two-byte part.
+inline Wide hanLetters() { return range(0x4E00, 0x51FF); }
+
 inline Wide accentedLetters() { return range(0xC0, 0xFF); }
 
 inline Wide japaneseLetters()

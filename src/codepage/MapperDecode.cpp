@@ -3,6 +3,7 @@
 
 #include "TvCharConverter.h"
 #include "codepage/MapperAccess.h"
+#include "codepage/MapperText.h"
 #include "codepage/ResultVector.h"
 #include "codepage/TextKernels.h"
 #include "codepage/TextSteps.h"
@@ -17,9 +18,10 @@ constexpr int kMifLength = 8;
 
 // One conversion. The kernels run over what is easy; each stop of theirs, and every foreign byte
 // while there is no index, is one step() here.
+template<class Store>
 class Decoder {
 public:
-    Decoder(code_page_id cp, const char* src, std::size_t count, TvVector<wchar_t>& out)
+    Decoder(code_page_id cp, const char* src, std::size_t count, Store& out)
         : m_cp(TvCharConverter::checkTheSameCP(cp)), m_src(reinterpret_cast<const unsigned char*>(src)),
           m_count(count), m_out(out), m_page(MapperAccess::of(m_cp))
     {
@@ -176,7 +178,7 @@ private:
     const unsigned char* m_src;
     std::size_t m_count;
     std::size_t m_at = 0;
-    ResultVector<wchar_t> m_out;
+    ResultVector<wchar_t, Store> m_out;
     MapperAccess m_page;
     bool m_hasLeads = false;
     LeadRanges m_leads;
@@ -185,21 +187,30 @@ private:
 
 } // namespace
 
+template<class Store>
+void decodeText(code_page_id cp, const char* src, int len, Store& out)
+{
+    if (len < 0)
+        return ResultVector<wchar_t, Store>(out).clear();
+    cp = withSystemCodePage(cp);
+    const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
+    if (cp == CP_UTF8)
+        return utf8Decode(src, count, out);
+    Decoder<Store>(cp, src, count, out).run();
+}
+
+template void decodeText(code_page_id, const char*, int, TvVector<wchar_t>&);
+template void decodeText(code_page_id, const char*, int, ShortText<wchar_t>&);
+
 } // namespace TvDetail
 
 void TvCharMapper::multiByteToWideChar(code_page_id cp, const char* src, int len, TvVector<wchar_t>& out)
 {
-    multiByteToWideChar(cp, 0, src, len, out);
+    TvDetail::decodeText(cp, src, len, out);
 }
 
 void TvCharMapper::multiByteToWideChar(code_page_id cp, unsigned int, const char* src, int len,
                                        TvVector<wchar_t>& out)
 {
-    if (len < 0)
-        return TvDetail::ResultVector<wchar_t>(out).clear();
-    cp = TvDetail::withSystemCodePage(cp);
-    const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
-    if (cp == CP_UTF8)
-        return TvDetail::utf8Decode(src, count, out);
-    TvDetail::Decoder(cp, src, count, out).run();
+    TvDetail::decodeText(cp, src, len, out);
 }

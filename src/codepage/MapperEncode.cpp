@@ -3,6 +3,7 @@
 
 #include "TvCharConverter.h"
 #include "codepage/MapperAccess.h"
+#include "codepage/MapperText.h"
 #include "codepage/ResultVector.h"
 #include "codepage/TextKernels.h"
 #include "codepage/TextSteps.h"
@@ -18,9 +19,10 @@ constexpr std::size_t kCifLength = 7;
 constexpr std::size_t kMifLength = 8;
 
 // One conversion; see Decoder for how kernels and steps share the work.
+template<class Store>
 class Encoder {
 public:
-    Encoder(code_page_id cp, const wchar_t* src, std::size_t count, TvVector<char>& out)
+    Encoder(code_page_id cp, const wchar_t* src, std::size_t count, Store& out)
         : m_cp(TvCharConverter::checkTheSameCP(cp)), m_src(src), m_count(count), m_out(out),
           m_page(MapperAccess::of(m_cp))
     {
@@ -119,24 +121,33 @@ private:
     const wchar_t* m_src;
     std::size_t m_count;
     std::size_t m_at = 0;
-    ResultVector<char> m_out;
+    ResultVector<char, Store> m_out;
     MapperAccess m_page;
     bool m_loadTried = false; // once a text: a file that lacks the table now lacks it for all of it
 };
 
 } // namespace
 
+template<class Store>
+void encodeText(code_page_id cp, const wchar_t* src, int len, Store& out)
+{
+    if (len < 0)
+        return ResultVector<char, Store>(out).clear();
+    cp = withSystemCodePage(cp);
+    const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
+    if (cp != CP_UTF8)
+        return Encoder<Store>(cp, src, count, out).run();
+    if (count == 0) // as unicodeToUtf8: not even a terminator
+        return ResultVector<char, Store>(out).clear();
+    utf8Encode(src, count, out);
+}
+
+template void encodeText(code_page_id, const wchar_t*, int, TvVector<char>&);
+template void encodeText(code_page_id, const wchar_t*, int, ShortText<char>&);
+
 } // namespace TvDetail
 
 void TvCharMapper::wideCharToMultiByte(code_page_id cp, const wchar_t* src, int len, TvVector<char>& out)
 {
-    if (len < 0)
-        return TvDetail::ResultVector<char>(out).clear();
-    cp = TvDetail::withSystemCodePage(cp);
-    const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
-    if (cp != CP_UTF8)
-        return TvDetail::Encoder(cp, src, count, out).run();
-    if (count == 0) // as unicodeToUtf8: not even a terminator
-        return TvDetail::ResultVector<char>(out).clear();
-    TvDetail::utf8Encode(src, count, out);
+    TvDetail::encodeText(cp, src, len, out);
 }

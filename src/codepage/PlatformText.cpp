@@ -1,9 +1,9 @@
 // PlatformText.cpp - the conversion functions with the Windows names.
 #include "TvPlatformText.h"
 
-#include "TvCharMapper.h"
 #include "TvCharOp.h"
 #include "TvPlatformBase.h"
+#include "codepage/MapperText.h"
 
 #include <climits>
 #include <cstddef>
@@ -27,8 +27,8 @@ void copy(wchar_t* dst, int room, const wchar_t* src, int count)
     wmemcpy_s(dst, static_cast<std::size_t>(room), src, static_cast<std::size_t>(count));
 }
 
-// What both directions do alike. `convert` leaves the text of `length` elements from `src` on in
-// a vector, with a terminator, or the vector empty when it fails. `dst` is not written before
+// What both directions do alike. `convert` turns the `length` elements from `src` on into a text
+// with a terminator, or leaves the text empty when it fails. `dst` is not written before
 // that, so that the two may overlap.
 template<class From, class To, class Convert>
 int convertText(const From* src, int srcLen, To* dst, int dstLen, Convert convert)
@@ -37,7 +37,7 @@ int convertText(const From* src, int srcLen, To* dst, int dstLen, Convert conver
         return 0;
     const bool isWhole = srcLen == -1;
     const std::size_t length = isWhole ? lengthOf(src) : static_cast<std::size_t>(srcLen);
-    TvVector<To> text;
+    TvDetail::ShortText<To> text;
     if (length > 0 && length <= INT_MAX)
         convert(static_cast<int>(length), text);
     if (dstLen != 0)
@@ -57,20 +57,18 @@ int convertText(const From* src, int srcLen, To* dst, int dstLen, Convert conver
 
 } // namespace
 
-extern "C" int MultiByteToWideChar(unsigned int cp, unsigned int flags, const char* src, int srcLen,
-                                   wchar_t* dst, int dstLen)
+extern "C" int MultiByteToWideChar(unsigned int cp, unsigned int, const char* src, int srcLen, wchar_t* dst,
+                                   int dstLen)
 {
-    return convertText(src, srcLen, dst, dstLen, [&](int length, TvVector<wchar_t>& text) {
-        TvCharMapper::multiByteToWideChar(idOf(cp), flags, src, length, text);
-    });
+    return convertText(src, srcLen, dst, dstLen,
+                       [&](int length, auto& text) { TvDetail::decodeText(idOf(cp), src, length, text); });
 }
 
 extern "C" int WideCharToMultiByte(unsigned int cp, unsigned int, const wchar_t* src, int srcLen, char* dst,
                                    int dstLen, const char*, int*)
 {
-    return convertText(src, srcLen, dst, dstLen, [&](int length, TvVector<char>& text) {
-        TvCharMapper::wideCharToMultiByte(idOf(cp), src, length, text);
-    });
+    return convertText(src, srcLen, dst, dstLen,
+                       [&](int length, auto& text) { TvDetail::encodeText(idOf(cp), src, length, text); });
 }
 
 int TvCharOp::tvMultiByteToWideChar(unsigned int cp, unsigned int flags, const char* src, int srcLen,

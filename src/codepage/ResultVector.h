@@ -1,4 +1,4 @@
-// ResultVector.h - fills a caller's vector with a conversion's result.
+// ResultVector.h - fills a vector, or what stands for one, with a conversion's result.
 #ifndef TV_RESULT_VECTOR_H
 #define TV_RESULT_VECTOR_H
 
@@ -11,11 +11,12 @@
 namespace TvDetail {
 
 // Writes elements straight into the vector's storage. What the vector held is gone; after a
-// failure, and until finish(), it is empty or holds unfinished text.
-template<class T>
+// failure, and until finish(), it is empty or holds unfinished text. `Store` is a TvVector or
+// has what is called of it here.
+template<class T, class Store = TvVector<T>>
 class ResultVector {
 public:
-    explicit ResultVector(TvVector<T>& out) : m_out(out) {}
+    explicit ResultVector(Store& out) : m_out(out) {}
 
     // Makes room for `least` elements behind those that are kept, better for `wish`. False
     // when that is more than a vector holds or no memory could be had; the vector is then
@@ -65,7 +66,7 @@ public:
 private:
     static constexpr std::size_t kMostElements = INT_MAX;
 
-    TvVector<T>& m_out;
+    Store& m_out;
     T* m_data = nullptr;
     std::size_t m_size = 0;
     std::size_t m_used = 0;

@@ -9,9 +9,10 @@
 
 namespace TvDetail {
 
-void utf8Decode(const char* src, std::size_t count, TvVector<wchar_t>& out)
+template<class Store>
+void utf8Decode(const char* src, std::size_t count, Store& out)
 {
-    ResultVector<wchar_t> result(out);
+    ResultVector<wchar_t, Store> result(out);
     const std::size_t room = count + 1 + kKernelSlack;
     if (!result.makeRoom(room, room))
         return;
@@ -19,6 +20,9 @@ void utf8Decode(const char* src, std::size_t count, TvVector<wchar_t>& out)
         textKernels().utf8Decode(reinterpret_cast<const unsigned char*>(src), count, result.end()));
     result.finish();
 }
+
+template void utf8Decode(const char*, std::size_t, TvVector<wchar_t>&);
+template void utf8Decode(const char*, std::size_t, ShortText<wchar_t>&);
 
 } // namespace TvDetail
 

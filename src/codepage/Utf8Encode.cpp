@@ -8,9 +8,10 @@
 
 namespace TvDetail {
 
-void utf8Encode(const wchar_t* src, std::size_t count, TvVector<char>& out)
+template<class Store>
+void utf8Encode(const wchar_t* src, std::size_t count, Store& out)
 {
-    ResultVector<char> result(out);
+    ResultVector<char, Store> result(out);
     std::size_t room = 3 * count + 1 + kKernelSlack;
     if (room > INT_MAX) // too long for the usual guess: measure
         room = utf8EncodedSize(src, count) + 1 + kKernelSlack;
@@ -19,6 +20,9 @@ void utf8Encode(const wchar_t* src, std::size_t count, TvVector<char>& out)
     result.advance(textKernels().utf8Encode(src, count, result.end()));
     result.finish();
 }
+
+template void utf8Encode(const wchar_t*, std::size_t, TvVector<char>&);
+template void utf8Encode(const wchar_t*, std::size_t, ShortText<char>&);
 
 } // namespace TvDetail
 

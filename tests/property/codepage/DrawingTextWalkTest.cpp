@@ -56,6 +56,8 @@ TEST_F(DrawingTextWalk, WhereNoIteratorIsNeededStepsAreBytes)
 TEST_F(DrawingTextWalk, BreaksSplitNoCharacter)
 {
     eachTextAndPage([](const std::wstring& text, const TvStringA& bytes, code_page_id page) {
+        if (page != CP_ANSI_1251 && page != CP_ANSI_932 && page != CP_ANSI_936)
+            return; // the others break like one of these
         const int size = static_cast<int>(bytes.numOfChars());
         for (int maxBytes = 0; maxBytes <= size + 1; maxBytes += 1 + size / 12) {
             TvAnsiTextIterator it(bytes, page);

@@ -1,0 +1,61 @@
+// ShortText.h - where a conversion leaves a result that is copied on at once.
+#ifndef TV_SHORT_TEXT_H
+#define TV_SHORT_TEXT_H
+
+#include "TvVector.h"
+
+#include <algorithm>
+
+namespace TvDetail {
+
+/// What ResultVector needs of a vector, with room for short texts in the object itself, so that
+/// they cost no allocation. Longer ones are in a vector, with its limits and reports.
+template<class T>
+class ShortText {
+public:
+    bool isEmpty() const { return length() == 0; }
+    int length() const { return m_isLong ? m_long.length() : m_length; }
+    T* asArrayPtr() { return m_isLong ? m_long.asArrayPtr() : m_short; }
+
+    void removeAll() { setPhysicalLength(0); }
+
+    /// Only down to 0.
+    void setPhysicalLength(int)
+    {
+        m_long.setPhysicalLength(0);
+        m_isLong = false;
+        m_length = 0;
+    }
+
+    /// The length stays when there is no memory.
+    void setLogicalLength(int length)
+    {
+        if (!m_isLong && length > kRoom)
+            toVector(length);
+        if (m_isLong)
+            m_long.setLogicalLength(length);
+        else if (length <= kRoom)
+            m_length = length;
+    }
+
+private:
+    static constexpr int kRoom = 512;
+
+    void toVector(int length)
+    {
+        m_long.setLogicalLength(length);
+        if (m_long.length() != length)
+            return;
+        std::copy_n(m_short, m_length, m_long.asArrayPtr());
+        m_isLong = true;
+    }
+
+    T m_short[kRoom];
+    int m_length = 0;
+    bool m_isLong = false;
+    TvVector<T> m_long;
+};
+
+} // namespace TvDetail
+
+#endif
