@@ -238,7 +238,11 @@ private:
 /// takes the position as an index into the cache. Both hold as long as `count`
 /// does not exceed what the cache holds. truncate() does not write the cache
 /// first. Errors of the disk show when the cache is written: at a later write,
-/// at a seek, at close(). Call close(): the destructor cannot tell.
+/// at a seek, at close(). Call close(): the destructor cannot tell. After an
+/// error before that the cache keeps what has not reached the file, and the call
+/// may be repeated: nothing is lost, nothing written twice. The C library
+/// remembers errors of the system, so later writes are told as failed even when
+/// they arrive.
 ///
 /// **Errors**: as TvFileStreamBufImpl. **Memory**: the cache, from _tvMalloc.
 /// When it cannot be had, status 6 is reported and writes go to the file at
