@@ -235,21 +235,10 @@ public:
     /// Copies `n` elements, which may be among those of this buffer.
     bool assign(const T* src, std::uint64_t n)
     {
-        if (!m_data)
-            setEmpty();
-        Header* const own = header();
-        if (isShared() || n > own->allocCount) {
-            const std::uint64_t capacity =
-                isShared() ? roundedUp(n, own->growth) : grownCapacity(*own, n - own->count);
-            Header* const fresh = newBlock(*own, n, capacity);
-            if (!fresh)
-                return false;
-            Reallocator::_constructn(elementsOf(fresh), src, static_cast<std::size_t>(n));
-            assign(fresh);
-        } else {
-            own->count = n;
-            Reallocator::_copy(m_data, src, static_cast<std::size_t>(n));
-        }
+        if (!hasOwnRoomFor(n))
+            return assignToNewBlock(src, n);
+        header()->count = n;
+        Reallocator::_copy(m_data, src, static_cast<std::size_t>(n));
         check();
         return true;
     }
@@ -279,13 +268,8 @@ public:
     /// holds. A new block for a shared one is rounded up to whole growth steps.
     bool copyBeforeWrite(std::uint64_t n)
     {
-        if (!m_data)
-            setEmpty();
-        Header* const own = header();
-        if (isShared())
-            return reallocData(n, roundedUp(n, own->growth));
-        if (n > own->count && !grow(n - own->count))
-            return false;
+        if (!hasOwnRoomFor(n))
+            return reallocData(n, capacityFor(n));
         header()->count = n;
         check();
         return true;
@@ -296,25 +280,19 @@ public:
     /// and by `k` at least.
     bool grow(std::uint64_t k)
     {
-        const std::uint64_t used = count();
-        if (k == 0 || (m_data && k <= header()->allocCount - used))
-            return true;
-        if (!m_data)
-            setEmpty();
-        return reallocData(used, grownCapacity(*header(), k));
+        const Header& own = held();
+        return k <= own.allocCount - own.count || reallocData(own.count, grownCapacity(own, k));
     }
 
     /// A new block for `capacity` elements, or `n` if that is more, with `n` in use, of which
     /// those that were in use before have their value.
-    bool reallocData(std::uint64_t n, std::uint64_t capacity)
+    [[gnu::noinline]] bool reallocData(std::uint64_t n, std::uint64_t capacity)
     {
-        if (!m_data)
-            setEmpty();
-        const Header* const old = header();
-        Header* const fresh = newBlock(*old, n, capacity);
+        const Header& old = held();
+        Header* const fresh = newBlock(old, n, capacity);
         if (!fresh)
             return false;
-        const std::uint64_t kept = old->count < n ? old->count : n;
+        const std::uint64_t kept = old.count < n ? old.count : n;
         Reallocator::_constructn(elementsOf(fresh), m_data, static_cast<std::size_t>(kept));
         assign(fresh);
         check();
@@ -337,6 +315,34 @@ private:
         return elements ? reinterpret_cast<Header*>(elements) - 1 : nullptr;
     }
     static T* elementsOf(Header* block) { return reinterpret_cast<T*>(block + 1); }
+
+    // The header, of the empty block after release().
+    Header& held()
+    {
+        if (!m_data)
+            setEmpty();
+        return *header();
+    }
+
+    bool hasOwnRoomFor(std::uint64_t n) const { return m_data && !isShared() && n <= header()->allocCount; }
+
+    // Of the new block for a write of `n` elements.
+    std::uint64_t capacityFor(std::uint64_t n)
+    {
+        const Header& own = held();
+        return isShared() ? roundedUp(n, own.growth) : grownCapacity(own, n - own.count);
+    }
+
+    [[gnu::noinline]] bool assignToNewBlock(const T* src, std::uint64_t n)
+    {
+        Header* const fresh = newBlock(held(), n, capacityFor(n));
+        if (!fresh)
+            return false;
+        Reallocator::_constructn(elementsOf(fresh), src, static_cast<std::size_t>(n));
+        assign(fresh); // `src` may lie in the old block, which goes only now
+        check();
+        return true;
+    }
 
     // `n` in whole steps; no step gives 0, which stands for `n` itself.
     static std::uint64_t roundedUp(std::uint64_t n, std::uint64_t step)
