@@ -41,7 +41,8 @@ bool addFraction(UnitText& text, double inches, bool feetWritten, DistanceLayout
 {
     std::int64_t denominator = std::int64_t{1} << std::min(layout.precision, kMaxFractionPrecision);
     double whole = std::trunc(inches);
-    auto numerator = static_cast<std::int64_t>((inches - whole) * static_cast<double>(denominator) + 0.5);
+    const double halfUp = (inches - whole) * static_cast<double>(denominator) + 0.5;
+    auto numerator = static_cast<std::int64_t>(halfUp);
     if (numerator == denominator) {
         whole += 1;
         numerator = 0;

@@ -55,7 +55,7 @@ public:
     const wchar_t* takeText(unsigned number)
     {
         if (positional())
-            return reinterpret_cast<const wchar_t*>(record(number, kTextArgument));
+            return std::bit_cast<const wchar_t*>(record(number, kTextArgument));
         return next<const wchar_t*>();
     }
 
