@@ -49,3 +49,7 @@ target_link_options(tv_shared_flags INTERFACE
 if(NOT TVOSBASE_SANITIZE)
   target_link_options(tv_shared_flags INTERFACE LINKER:-z,defs)
 endif()
+if(TVOSBASE_BUILD_FUZZ)
+  # The fuzzer sees which branches of the libraries an input takes.
+  target_compile_options(tv_shared_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
