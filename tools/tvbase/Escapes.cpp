@@ -197,7 +197,7 @@ void addEscapes(CLI::App& app, Shared& shared)
 {
     static EscapeOptions options;
     CLI::App* escapes =
-        app.add_subcommand("escapes", "Write, read and find the escapes \\U+XXXX and \\M+nXXXX");
+        app.add_subcommand("escapes", "Write, read and find inline escapes such as \\U+00B0 and \\M+1955C");
     escapes->require_subcommand(1);
     escapes->footer("Example:\n  tvbase escapes decode '90\\U+00B0'      90°");
 
@@ -206,7 +206,7 @@ void addEscapes(CLI::App& app, Shared& shared)
                       "tvbase escapes encode -p 932 '表 Ø40'");
     encode
         ->add_option("-p,--page", options.page,
-                     "Write the double-byte characters of this code page as \\M+nXXXX")
+                     "Write the double-byte characters of this code page as \\M+ escapes")
         ->type_name("CP");
     encode->callback([&shared] { runEncode(options, shared); });
 
