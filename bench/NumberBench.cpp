@@ -220,15 +220,38 @@ char* byDoubleConversion(char* out, Conversion conversion)
     return out + n;
 }
 
+// The text of the library ends with a terminator, that of most others with a pointer behind
+// it: none is made to give both. The end is found where texts are compared.
+using TextFunction = void (*)(char*, double);
+
+template<TextFunction Text>
+char* timedLibrary(char* out, double value)
+{
+    Text(out, value);
+    return out;
+}
+
+template<TextFunction Text>
+char* comparedLibrary(char* out, double value)
+{
+    Text(out, value);
+    return out + std::strlen(out);
+}
+
+template<TextFunction Text>
+Writer library()
+{
+    return Writer("tv", timedLibrary<Text>, comparedLibrary<Text>);
+}
+
 // As text: an exponent below 1e-4 and from 1e17 on.
-char* shortestLibrary(char* t, double v)
+void shortestLibrary(char* t, double v)
 {
     int point, sign;
     char* end;
     char* digits = TvGdImpl::dtoa(v, 0, 0, &point, &sign, &end);
     CvtFormatter<char>::formatG(t, digits, static_cast<int>(end - digits), 17, point, sign, 'e', 0);
     TvGdImpl::freedtoa(digits);
-    return t + std::strlen(t);
 }
 char* shortestToChars(char* t, double v) { return std::to_chars(t, t + kTextRoom, v).ptr; }
 char* shortestFmt(char* t, double v) { return fmt::format_to(t, FMT_COMPILE("{}"), v); }
@@ -240,11 +263,7 @@ char* shortestDoubleConversion(char* t, double v)
 // What reads back without the shortest digits: 17 of them.
 char* shortestLibc(char* t, double v) { return t + std::snprintf(t, kTextRoom, "%.17g", v); }
 
-char* digits17Library(char* t, double v)
-{
-    tvFltToE(t, v, 16, 'e');
-    return t + std::strlen(t);
-}
+void digits17Library(char* t, double v) { tvFltToE(t, v, 16, 'e'); }
 char* digits17ToChars(char* t, double v)
 {
     return std::to_chars(t, t + kTextRoom, v, std::chars_format::scientific, 16).ptr;
@@ -256,11 +275,7 @@ char* digits17DoubleConversion(char* t, double v)
     return byDoubleConversion(t, [v](auto& b) { converter().ToExponential(v, 16, &b); });
 }
 
-char* f6Library(char* t, double v)
-{
-    tvFltToF(t, v, 6);
-    return t + std::strlen(t);
-}
+void f6Library(char* t, double v) { tvFltToF(t, v, 6); }
 char* f6ToChars(char* t, double v)
 {
     return std::to_chars(t, t + kTextRoom, v, std::chars_format::fixed, 6).ptr;
@@ -272,11 +287,7 @@ char* f6DoubleConversion(char* t, double v)
     return byDoubleConversion(t, [v](auto& b) { converter().ToFixed(v, 6, &b); });
 }
 
-char* g15Library(char* t, double v)
-{
-    tvFltToG(t, v, 15, 'e', 0);
-    return t + std::strlen(t);
-}
+void g15Library(char* t, double v) { tvFltToG(t, v, 15, 'e', 0); }
 char* g15ToChars(char* t, double v)
 {
     return std::to_chars(t, t + kTextRoom, v, std::chars_format::general, 15).ptr;
@@ -364,7 +375,7 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     using Converter = double_conversion::DoubleToStringConverter;
     addWriters("dtoa/shortest", nullptr,
-               {{"tv", shortestLibrary},
+               {library<shortestLibrary>(),
                 {"to_chars", shortestToChars},
                 {"fmt", shortestFmt},
                 {"double_conversion", shortestDoubleConversion},
@@ -374,7 +385,7 @@ int main(int argc, char** argv)
                 {"double_conversion", digitsDoubleConversion<Converter::SHORTEST, 0>,
                  numberOfDigitsDoubleConversion<Converter::SHORTEST, 0>}});
     addWriters("dtoa/digits17", "%.16e",
-               {{"tv", digits17Library},
+               {library<digits17Library>(),
                 {"to_chars", digits17ToChars},
                 {"fmt", digits17Fmt},
                 {"double_conversion", digits17DoubleConversion},
@@ -385,16 +396,17 @@ int main(int argc, char** argv)
                  numberOfDigitsDoubleConversion<Converter::PRECISION, 17>}});
     // double-conversion refuses 1e60 and above here.
     addWriters("dtoa/f6", "%.6f",
-               {{"tv", f6Library},
+               {library<f6Library>(),
                 {"to_chars", f6ToChars},
                 {"fmt", f6Fmt},
                 Writer("double_conversion", f6DoubleConversion).smallValuesOnly(),
                 {"snprintf", f6Libc}});
+    // double-conversion rounds ties away from zero, which large whole numbers show.
     addWriters("dtoa/g15", "%.15g",
-               {{"tv", g15Library},
+               {library<g15Library>(),
                 {"to_chars", g15ToChars},
                 {"fmt", g15Fmt},
-                {"double_conversion", g15DoubleConversion},
+                Writer("double_conversion", g15DoubleConversion).smallValuesOnly(),
                 {"snprintf", g15Libc}});
     for (const Input input : {Coordinates, RandomBits, ShortDecimals}) {
         addReader("atod/mix", "tv", input, textsOf(input), parseLibrary);

@@ -1,6 +1,11 @@
 #include "TvNumber.h"
 
+#include "numconv/ExponentText.h"
+#include "numconv/LayoutInRegisters.h"
+#include "numconv/ReadOn.h"
+
 #include <algorithm>
+#include <type_traits>
 
 namespace {
 
@@ -19,67 +24,17 @@ void copy(Char*& out, const char*& digits, int count)
     digits += std::max(count, 0);
 }
 
-} // namespace
-
-template<class Char>
-void CvtFormatter<Char>::formatF(Char* out, const char* digits, int n, int precision, int decpt, int sign)
+// `n` digits, 1 to 17, that stand where sixteen characters may be read.
+Characters loadDigits(const char* digits, int n)
 {
-    if (!digits) {
-        *out = 0;
-        return;
-    }
-    if (sign)
-        *out++ = '-';
-    if (decpt < 1) {
-        *out++ = '0';
-        if (precision > 0) {
-            *out++ = '.';
-            const int zeros = decpt < -precision ? precision : -decpt;
-            fill(out, '0', zeros);
-            precision -= zeros;
-        }
-    } else {
-        const int whole = std::min(n, decpt);
-        copy(out, digits, whole);
-        n -= whole;
-        fill(out, '0', decpt - whole);
-        if (precision > 0)
-            *out++ = '.';
-    }
-    const int places = std::max(std::min(n, precision), 0);
-    copy(out, digits, places);
-    fill(out, '0', precision - places);
-    *out = 0;
+    return {SixteenCharacters(digits).first(n), n > 16 ? digits[16] : '0', n};
 }
 
+// The whole of formatG, for digits that are not null.
 template<class Char>
-void CvtFormatter<Char>::formatE(Char* out, const char* digits, int n, int precision, int decpt, int sign,
-                                 int expChar)
+[[gnu::noinline]] void formatAnyG(Char* out, const char* digits, int n, int precision, int decpt, int sign,
+                                  int expChar, int style)
 {
-    if (!digits) {
-        *out = 0;
-        return;
-    }
-    if (sign)
-        *out++ = '-';
-    *out++ = static_cast<Char>(n > 0 ? *digits++ : '0');
-    *out++ = '.';
-    const int places = std::max(std::min(n - 1, precision), 0);
-    copy(out, digits, places);
-    fill(out, '0', precision - places);
-    *out++ = static_cast<Char>(expChar);
-    expToAscii(out, decpt - 1);
-    *out = 0;
-}
-
-template<class Char>
-void CvtFormatter<Char>::formatG(Char* out, const char* digits, int n, int precision, int decpt, int sign,
-                                 int expChar, int style)
-{
-    if (!digits) {
-        *out = 0;
-        return;
-    }
     const char leading = n > 0 ? *digits : '0';
     // All precisions below the smallest fixed exponent are alike; this one can count down.
     precision = std::max(precision, -4);
@@ -136,20 +91,98 @@ void CvtFormatter<Char>::formatG(Char* out, const char* digits, int n, int preci
             *out++ = '0';
         }
         *out++ = static_cast<Char>(expChar);
-        expToAscii(out, decpt - 1);
+        out = putSignedExponent(out, decpt - 1);
     }
     *out = 0;
+}
+
+// The same for what is usual; false, with nothing written, for the rest.
+inline bool formatUsualG(char* out, const char* digits, int n, int precision, int decpt, int sign,
+                         int expChar, int style)
+{
+    if (style >= 1 || n > precision || precision > kMostCharacters || !mayReadOn(digits, 16))
+        return false;
+    while (n > 0 && digits[n - 1] == '0')
+        --n;
+    if (n < 1)
+        return false;
+    if (sign)
+        *out++ = '-';
+    putGeneral(out, loadDigits(digits, n), n, precision, decpt, expChar);
+    return true;
+}
+
+} // namespace
+
+template<class Char>
+void CvtFormatter<Char>::formatF(Char* out, const char* digits, int n, int precision, int decpt, int sign)
+{
+    if (!digits) {
+        *out = 0;
+        return;
+    }
+    if (sign)
+        *out++ = '-';
+    if (decpt < 1) {
+        *out++ = '0';
+        if (precision > 0) {
+            *out++ = '.';
+            const int zeros = decpt < -precision ? precision : -decpt;
+            fill(out, '0', zeros);
+            precision -= zeros;
+        }
+    } else {
+        const int whole = std::min(n, decpt);
+        copy(out, digits, whole);
+        n -= whole;
+        fill(out, '0', decpt - whole);
+        if (precision > 0)
+            *out++ = '.';
+    }
+    const int places = std::max(std::min(n, precision), 0);
+    copy(out, digits, places);
+    fill(out, '0', precision - places);
+    *out = 0;
+}
+
+template<class Char>
+void CvtFormatter<Char>::formatE(Char* out, const char* digits, int n, int precision, int decpt, int sign,
+                                 int expChar)
+{
+    if (!digits) {
+        *out = 0;
+        return;
+    }
+    if (sign)
+        *out++ = '-';
+    *out++ = static_cast<Char>(n > 0 ? *digits++ : '0');
+    *out++ = '.';
+    const int places = std::max(std::min(n - 1, precision), 0);
+    copy(out, digits, places);
+    fill(out, '0', precision - places);
+    *out++ = static_cast<Char>(expChar);
+    *putSignedExponent(out, decpt - 1) = 0;
+}
+
+template<class Char>
+void CvtFormatter<Char>::formatG(Char* out, const char* digits, int n, int precision, int decpt, int sign,
+                                 int expChar, int style)
+{
+    if (!digits) {
+        *out = 0;
+        return;
+    }
+    if constexpr (std::is_same_v<Char, char>) {
+        if (formatUsualG(out, digits, n, precision, decpt, sign, expChar, style))
+            return;
+    }
+    formatAnyG(out, digits, n, precision, decpt, sign, expChar, style);
 }
 
 template<class Char>
 void CvtFormatter<Char>::expToAscii(Char*& out, int exponent)
 {
-    *out++ = exponent < 0 ? '-' : '+';
-    const unsigned size =
-        exponent < 0 ? 0u - static_cast<unsigned>(exponent) : static_cast<unsigned>(exponent);
-    *out++ = static_cast<Char>('0' + size / 100 % 10);
-    *out++ = static_cast<Char>('0' + size / 10 % 10);
-    *out++ = static_cast<Char>('0' + size % 10);
+    out = putSignedExponent(out, exponent);
 }
 
 template class CvtFormatter<char>;

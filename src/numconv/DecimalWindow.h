@@ -4,6 +4,7 @@
 #ifndef TV_DECIMAL_WINDOW_H
 #define TV_DECIMAL_WINDOW_H
 
+#include "numconv/ByteMasks.h"
 #include "numconv/DecimalScan.h"
 #include "numconv/PowersOfTen.h"
 
@@ -22,21 +23,6 @@ struct DecimalWindow {
 /// As many characters as a window takes in; the wide one leaves its last eight bytes 0.
 template<class Char>
 constexpr std::size_t kWindowCharacters = sizeof(Char) == 1 ? 32 : 24;
-
-/// True when a window from `s` on stays in the page of `s`, where reading behind the
-/// terminator is harmless. Never true in builds for tools that watch every read.
-template<class Char>
-inline bool windowStaysInPage(const Char* s)
-{
-#ifdef TV_READ_INSIDE_TEXT
-    static_cast<void>(s);
-    return false;
-#else
-    constexpr std::size_t page = 4096;
-    return (reinterpret_cast<std::uintptr_t>(s) & (page - 1)) <=
-           page - kWindowCharacters<Char> * sizeof(Char);
-#endif
-}
 
 inline DecimalWindow windowAt(const char* s)
 {
@@ -62,27 +48,6 @@ template<class Char>
     for (std::size_t i = 0; i < kWindowCharacters<Char> && s[i] != Char(0); ++i)
         copy[i] = s[i];
     return windowAt(copy);
-}
-
-/// 32 bytes with all bits, 32 without any.
-struct ByteMasks {
-    unsigned char bytes[64];
-};
-
-constexpr ByteMasks makeByteMasks()
-{
-    ByteMasks masks{};
-    for (int i = 0; i < 32; ++i)
-        masks.bytes[i] = 0xFF;
-    return masks;
-}
-
-alignas(64) inline constexpr ByteMasks g_byteMasks = makeByteMasks();
-
-/// All bits in the first `count` <= 32 bytes, as far as there are as many.
-inline __m128i firstBytes(int count)
-{
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(g_byteMasks.bytes + 32 - count));
 }
 
 /// The digits and the point of a number without sign: leading * 10^power.

@@ -3,71 +3,11 @@
 #include "numconv/DoubleBits.h"
 #include "numconv/EmitDigits.h"
 #include "numconv/PowersOfTen.h"
+#include "numconv/ScaledInteger.h"
 
 #include <algorithm>
 
 namespace {
-
-constexpr std::uint64_t kHalf = std::uint64_t{1} << 63;
-
-// A value as whole + fraction / 2^64. Exact: the lowest bit of the fraction also stands
-// for all bits below. Else the value is larger by less than 2 / 2^64.
-struct Scaled {
-    std::uint64_t whole;
-    std::uint64_t fraction;
-    bool exact;
-};
-
-// |bits| with its leading bit moved to the top: mantissa * 2^exponent.
-DoubleParts normalisedParts(std::uint64_t bits)
-{
-    DoubleParts parts = partsOf(bits);
-    const int zeros = std::countl_zero(parts.mantissa);
-    return {parts.mantissa << zeros, parts.exponent - zeros};
-}
-
-// The value times 10^power. False when the result is 2^63 or more.
-bool scale(const DoubleParts& parts, int power, Scaled& out)
-{
-    const TenProduct product = multiply(parts.mantissa, tenPower(power));
-    // The product's upper 64 bits, moved right by this, are the whole part.
-    const int right = -(parts.exponent + floorLog2Pow10(power) + 1);
-    if (right < 1)
-        return false;
-    bool rest = product.cut;
-    if (right < 64) {
-        out.whole = product.high >> right;
-        out.fraction = product.high << (64 - right) | product.low >> right;
-        rest |= (product.low << (64 - right)) != 0;
-    } else {
-        // Below one half everything rounds alike; the place of the leading bit is enough.
-        const int down = std::min(right - 64, 63);
-        out.whole = 0;
-        out.fraction = product.high >> down;
-        rest |= product.low != 0 || (out.fraction << down) != product.high;
-    }
-    out.exact = isExactTenPower(power);
-    out.fraction |= rest && out.exact ? 1 : 0;
-    return true;
-}
-
-bool roundToInteger(const Scaled& x, std::uint64_t* integer)
-{
-    if (!x.exact && x.fraction - (kHalf - 2) <= 2)
-        return false;
-    *integer = x.whole + (x.fraction > kHalf - (x.whole & 1) ? 1 : 0);
-    return true;
-}
-
-// floor(log10(value)): the guess from the leading bit is at most one too small.
-int floorLog10(const DoubleParts& parts)
-{
-    const int guess = floorLog10Pow2(parts.exponent + 63);
-    const TenPower& next = tenPower(guess + 1);
-    const bool sameBinade = floorLog2Pow10(guess + 1) == parts.exponent + 63;
-    const bool notBelow = parts.mantissa > next.high || (parts.mantissa == next.high && next.low == 0);
-    return guess + (sameBinade && notBelow ? 1 : 0);
-}
 
 int significantDigits(std::uint64_t bits, int count, char* out, int* point)
 {
@@ -78,7 +18,8 @@ int significantDigits(std::uint64_t bits, int count, char* out, int* point)
         return -1;
     *point = power + 1;
     int width;
-    return emitDigits(integer, out, &width);
+    return count > 17 ? emitDigits(integer, out, &width)
+                      : emitSeventeenDigits(integer * g_tens[17 - count], out);
 }
 
 int digitsThroughPlace(std::uint64_t bits, int places, char* out, int* point)
@@ -88,6 +29,7 @@ int digitsThroughPlace(std::uint64_t bits, int places, char* out, int* point)
         return -1;
     if (integer == 0) {
         *point = -places;
+        *out = '\0';
         return 0;
     }
     int width;
@@ -96,10 +38,12 @@ int digitsThroughPlace(std::uint64_t bits, int places, char* out, int* point)
     return digits;
 }
 
+} // namespace
+
 // The value is scaled so that one unit is at most the width of what reads back as the
 // value, and ten units are more. Then at most one multiple of ten reads back, and it is
 // the shortest; else an integer does, the nearest one unless the lower gap is too narrow.
-int shortestDigits(std::uint64_t bits, char* out, int* point)
+int shortestScaledDigits(std::uint64_t bits, char* out, int* point)
 {
     constexpr int kFractionBits = 59; // ten units fit a signed number
     constexpr std::int64_t kDoubt = 2;
@@ -120,66 +64,44 @@ int shortestDigits(std::uint64_t bits, char* out, int* point)
     const std::uint64_t upperGap = scaling.high >> (64 - kFractionBits - up);
     const std::uint64_t lowerGap = halfBelow ? upperGap >> 1 : upperGap;
 
+    // Which of the two it is follows from bits as good as random, so it is no branch.
     const auto beyondLower = static_cast<std::int64_t>(toLower - lowerGap);
     const auto beyondUpper = static_cast<std::int64_t>(toUpper - upperGap);
-    std::uint64_t integer;
-    int unit = power + 1;
-    if (beyondLower < -kDoubt) {
-        integer = tens;
-    } else if (beyondUpper < -kDoubt) {
-        integer = tens + 1;
-    } else {
-        if (beyondLower <= kDoubt || beyondUpper <= kDoubt || product.low - (kHalf - 2) <= 2)
+    const bool lowerTen = beyondLower < -kDoubt;
+    const bool upperTen = beyondUpper < -kDoubt;
+    const bool isTen = lowerTen | upperTen;
+    const bool inDoubt = (beyondLower <= kDoubt) | (beyondUpper <= kDoubt) | (product.low - (kHalf - 2) <= 2);
+    if (!isTen & inDoubt) [[unlikely]]
+        return -1;
+    bool next = product.low > kHalf;
+    if (halfBelow && !isTen && !next) [[unlikely]] {
+        const auto beyond = static_cast<std::int64_t>(fraction - lowerGap);
+        if (beyond >= -kDoubt && beyond <= kDoubt)
             return -1;
-        bool next = product.low > kHalf;
-        if (halfBelow && !next) {
-            const auto beyond = static_cast<std::int64_t>(fraction - lowerGap);
-            if (beyond >= -kDoubt && beyond <= kDoubt)
-                return -1;
-            next = beyond > 0;
-        }
-        integer = whole + (next ? 1 : 0);
-        unit = power;
+        next = beyond > 0;
     }
-    int width;
-    const int digits = emitDigits(integer, out, &width);
-    *point = unit + width;
-    return digits;
-}
-
-} // namespace
-
-bool scaledInteger(std::uint64_t bits, int places, std::uint64_t* integer)
-{
-    Scaled x;
-    return scale(normalisedParts(bits), places, x) && roundToInteger(x, integer);
-}
-
-bool significantInteger(std::uint64_t bits, int count, std::uint64_t* integer, int* power)
-{
-    const DoubleParts parts = normalisedParts(bits);
-    *power = floorLog10(parts);
-    Scaled x;
-    if (!scale(parts, count - 1 - *power, x) || !roundToInteger(x, integer))
-        return false;
-    if (*integer == g_tens[count]) { // nines that were rounded up
-        *integer = g_tens[count - 1];
-        ++*power;
+    const std::uint64_t ten = (tens + (lowerTen ? 0 : 1)) * 10;
+    const std::uint64_t one = whole + (next ? 1 : 0);
+    // The zero of a ten is cut with the others.
+    const std::uint64_t integer = one ^ ((one ^ ten) & (std::uint64_t{0} - isTen));
+    if (parts.mantissa < kHiddenBit) [[unlikely]] {
+        int width;
+        const int digits = emitDigits(integer, out, &width);
+        *point = power + width;
+        return digits;
     }
-    return true;
-}
-
-bool gapIsBelowPlace(std::uint64_t bits, int places)
-{
-    return partsOf(bits).exponent < floorLog2Pow10(-places);
+    // From 2^52 on, as a unit is at most the lowest bit, and below 10^17.
+    const bool sixteen = integer < g_tens[16];
+    *point = power + (sixteen ? 16 : 17);
+    return emitSeventeenDigits(integer * (sixteen ? 10 : 1), out);
 }
 
 int scaledDigits(std::uint64_t bits, int mode, int ndigits, char* out, int* point)
 {
     bits &= ~kSignBit;
+    if (mode == 0)
+        return shortestScaledDigits(bits, out, point);
     switch (mode) {
-    case 0:
-        return shortestDigits(bits, out, point);
     case 2:
         return significantDigits(bits, ndigits, out, point);
     case 3:
@@ -196,7 +118,7 @@ int scaledDigits(std::uint64_t bits, int mode, int ndigits, char* out, int* poin
     default:
         return -1;
     }
-    const int digits = shortestDigits(bits, out, point);
+    const int digits = shortestScaledDigits(bits, out, point);
     if (digits < 0)
         return -1;
     if (mode == 4)

@@ -35,26 +35,42 @@ inline int decimalWidth(std::uint64_t n)
     return guess + (n >= g_tens[guess] ? 1 : 0) + (n == 0 ? 1 : 0);
 }
 
-/// Writes the digits of `n` != 0 without leading and trailing zeros; may write 17 bytes.
-/// Answers how many digits count; `*width` receives the digits of `n`, zeros included.
-inline int emitDigits(std::uint64_t n, char* out, int* width)
+/// emitDigits for more than seventeen digits.
+[[gnu::noinline, gnu::cold]] inline int emitDigitsOneByOne(std::uint64_t n, char* out, int width)
+{
+    int count = width;
+    for (; n % 10 == 0; n /= 10)
+        --count;
+    out[count] = '\0';
+    for (int i = count; i-- > 0; n /= 10)
+        out[i] = static_cast<char>('0' + n % 10);
+    return count;
+}
+
+/// Writes the digits of `n`, which has seventeen, without trailing zeros and terminated; 18
+/// bytes. Answers how many there are.
+[[gnu::always_inline]] inline int emitSeventeenDigits(std::uint64_t n, char* out)
+{
+    const std::uint64_t upper = n / 10;
+    const auto last = static_cast<unsigned>(n - upper * 10);
+    const SixteenDigits digits(upper);
+    const int count = digits.significant(last != 0);
+    digits.characters().putTerminated(out, count);
+    out[16] = static_cast<char>(last + (last != 0 ? '0' : 0));
+    out[17] = '\0';
+    return count;
+}
+
+/// Writes the digits of `n` != 0 without leading and trailing zeros, terminated; may write
+/// 19 bytes. Answers how many digits count; `*width` receives the digits of `n`, zeros
+/// included.
+[[gnu::always_inline]] inline int emitDigits(std::uint64_t n, char* out, int* width)
 {
     *width = decimalWidth(n);
-    if (*width > 17) {
-        int count = *width;
-        for (; n % 10 == 0; n /= 10)
-            --count;
-        for (int i = count; i-- > 0; n /= 10)
-            out[i] = static_cast<char>('0' + n % 10);
-        return count;
-    }
-    // Made 17 digits wide, as zeros on the right are cut anyway.
-    n *= g_tens[17 - *width];
-    const std::uint64_t first = n / g_tens[16];
-    const SixteenDigits rest(n - first * g_tens[16]);
-    out[0] = static_cast<char>('0' + first);
-    rest.store(out + 1);
-    return 1 + rest.significant();
+    if (*width > 17) [[unlikely]]
+        return emitDigitsOneByOne(n, out, *width);
+    // Zeros on the right are cut anyway.
+    return emitSeventeenDigits(n * g_tens[17 - *width], out);
 }
 
 #endif

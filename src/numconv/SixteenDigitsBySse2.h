@@ -1,12 +1,56 @@
-// The sixteen digits of an integer in one vector.
+// The sixteen digits of an integer in one vector. Included by SixteenDigits.h alone.
 #ifndef TV_SIXTEEN_DIGITS_BY_SSE2_H
 #define TV_SIXTEEN_DIGITS_BY_SSE2_H
 
-#include "numconv/DoubleBits.h"
+#include "numconv/ByteMasks.h"
 
 #include <bit>
 #include <cstdint>
 #include <emmintrin.h>
+
+/// As PlainSixteenCharacters.
+class Sse2SixteenCharacters {
+public:
+    explicit Sse2SixteenCharacters(__m128i text) : m_text(text) {}
+    explicit Sse2SixteenCharacters(const char* from)
+        : m_text(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)))
+    {
+    }
+
+    Sse2SixteenCharacters first(int count) const
+    {
+        return Sse2SixteenCharacters(chosen(firstBytes(count), m_text, _mm_set1_epi8('0')));
+    }
+
+    Sse2SixteenCharacters withPoint(int place) const
+    {
+        // The first byte that is not among the first `place` and not behind `place` + 1.
+        const __m128i behind = chosen(firstBytes(place + 1), _mm_set1_epi8('.'), _mm_slli_si128(m_text, 1));
+        return Sse2SixteenCharacters(chosen(firstBytes(place), m_text, behind));
+    }
+
+    char last() const { return static_cast<char>(_mm_extract_epi16(m_text, 7) >> 8); }
+
+    char* put(char* out, int count) const
+    {
+        alignas(16) char text[16];
+        _mm_store_si128(reinterpret_cast<__m128i*>(text), m_text);
+        return putCharacters(out, text, count);
+    }
+
+    void putTerminated(char* out, int count) const
+    {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_and_si128(m_text, firstBytes(count)));
+    }
+
+private:
+    static __m128i chosen(__m128i mask, __m128i there, __m128i elsewhere)
+    {
+        return _mm_or_si128(_mm_and_si128(mask, there), _mm_andnot_si128(mask, elsewhere));
+    }
+
+    __m128i m_text;
+};
 
 /// As PlainSixteenDigits.
 class Sse2SixteenDigits {
@@ -30,27 +74,19 @@ public:
             by10, _mm_slli_epi16(_mm_sub_epi16(two, _mm_mullo_epi16(by10, _mm_set1_epi16(10))), 8));
     }
 
-    int significant() const
+    int significant(bool oneMore) const
     {
         const auto zeros =
             static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(m_digits, _mm_setzero_si128())));
-        return static_cast<int>(std::bit_width(~zeros & 0xFFFFu));
+        return static_cast<int>(std::bit_width((~zeros & 0xFFFFu) | unsigned{oneMore} << 16));
     }
 
-    Uint128 text() const
+    Sse2SixteenCharacters characters() const
     {
-        const __m128i text = characters();
-        return static_cast<std::uint64_t>(_mm_cvtsi128_si64(text)) |
-               static_cast<Uint128>(
-                   static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(text, text))))
-                   << 64;
+        return Sse2SixteenCharacters(_mm_add_epi8(m_digits, _mm_set1_epi8('0')));
     }
-
-    void store(char* out) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(out), characters()); }
 
 private:
-    __m128i characters() const { return _mm_add_epi8(m_digits, _mm_set1_epi8('0')); }
-
     __m128i m_digits;
 };
 

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <memory>
 
@@ -18,9 +17,11 @@ constexpr int kPointOfWords = 9999;
 
 // The digits of a value for as long as it takes to lay them out.
 struct Digits {
-    Digits(char* digits, int point, int negative) : text(digits), decpt(point), sign(negative)
+    Digits(double value, int mode, int ndigits)
     {
-        n = text ? static_cast<int>(std::strlen(text)) : 0;
+        char* end = nullptr;
+        text = TvGdImpl::dtoa(value, mode, ndigits, &decpt, &sign, &end);
+        n = text ? static_cast<int>(end - text) : 0;
     }
     ~Digits() { tvFreeCvt(text); }
     Digits(const Digits&) = delete;
@@ -30,23 +31,13 @@ struct Digits {
 
     char* text;
     int n;
-    int decpt;
-    int sign;
+    int decpt = 0;
+    int sign = 0;
 };
 
-Digits significant(double value, int count)
-{
-    int decpt = 0, sign = 0;
-    char* text = tvEcvt(value, count, &decpt, &sign);
-    return Digits(text, decpt, sign);
-}
-
-Digits throughPlace(double value, int places)
-{
-    int decpt = 0, sign = 0;
-    char* text = tvFcvt(value, places, &decpt, &sign);
-    return Digits(text, decpt, sign);
-}
+// As tvEcvt and tvFcvt.
+Digits significant(double value, int count) { return Digits(value, 2, count); }
+Digits throughPlace(double value, int places) { return Digits(value, 5, places); }
 
 template<class Char>
 void writeWord(Char* out, const Digits& d)

@@ -12,7 +12,20 @@ namespace {
 
 constexpr int kPointOfWords = 9999;
 
-char* exactText(std::uint64_t bits, int mode, int ndigits, int* point, int* count)
+// Zero, infinity or NaN.
+[[gnu::noinline, gnu::cold]] char* fixedWord(std::uint64_t bits, int* point, char** rve)
+{
+    if (bits == 0) {
+        *point = 1;
+        return TvGdImpl::nrv_alloc("0", rve, 1);
+    }
+    *point = kPointOfWords;
+    return TvGdImpl::nrv_alloc(bits == kInfinityBits ? "Infinity" : "NaN", rve, 0);
+}
+
+// The digits by big integers in every mode of exactDigits().
+[[gnu::noinline, gnu::cold]] char* exactText(std::uint64_t bits, int mode, int ndigits, int* point,
+                                             char** rve)
 {
     DigitText exact;
     if (!exactDigits(bits, mode, ndigits, exact))
@@ -20,10 +33,39 @@ char* exactText(std::uint64_t bits, int mode, int ndigits, int* point, int* coun
     char* text = TvGdImpl::rv_alloc(exact.count);
     if (text) {
         std::memcpy(text, exact.digits, static_cast<std::size_t>(exact.count));
+        text[exact.count] = '\0';
         *point = exact.point;
-        *count = exact.count;
+        if (rve)
+            *rve = text + exact.count;
     }
     return text;
+}
+
+// By one multiplication where that can tell, in modes 0 and 2 to 5.
+[[gnu::always_inline]] inline char* scaledText(std::uint64_t bits, int mode, int ndigits, int* point,
+                                               char** rve)
+{
+    char* text = TvDigitBlocks::take();
+    if (!text)
+        return nullptr;
+    const int count =
+        mode == 0 ? shortestScaledDigits(bits, text, point) : scaledDigits(bits, mode, ndigits, text, point);
+    if (count < 0) [[unlikely]] {
+        TvGdImpl::freedtoa(text);
+        return exactText(bits, mode, ndigits, point, rve);
+    }
+    if (rve)
+        *rve = text + count;
+    return text;
+}
+
+[[gnu::noinline]] char* textInMode(std::uint64_t bits, int mode, int ndigits, int* point, char** rve)
+{
+    if (mode >= 6 && mode <= 9)
+        return exactText(bits, mode - 4, ndigits, point, rve);
+    if (mode == 1)
+        return exactText(bits, mode, ndigits, point, rve);
+    return scaledText(bits, static_cast<unsigned>(mode) > 5 ? 0 : mode, ndigits, point, rve);
 }
 
 } // namespace
@@ -32,37 +74,9 @@ char* TvGdImpl::dtoa(double value, int mode, int ndigits, int* decpt, int* sign,
 {
     const std::uint64_t bits = bitsOf(value) & ~kSignBit;
     *sign = (bitsOf(value) & kSignBit) != 0;
-    if (bits >= kInfinityBits) {
-        *decpt = kPointOfWords;
-        return nrv_alloc(bits == kInfinityBits ? "Infinity" : "NaN", rve, 0);
-    }
-    if (bits == 0) {
-        *decpt = 1;
-        return nrv_alloc("0", rve, 1);
-    }
-    const bool exactOnly = mode >= 6 && mode <= 9;
-    if (exactOnly)
-        mode -= 4;
-    else if (static_cast<unsigned>(mode) > 5)
-        mode = 0;
-
-    int count = -1;
-    char* text = nullptr;
-    if (!exactOnly && mode != 1) {
-        text = TvDigitBlocks::take();
-        if (!text)
-            return nullptr;
-        count = scaledDigits(bits, mode, ndigits, text, decpt);
-        if (count < 0)
-            freedtoa(text);
-    }
-    if (count < 0) {
-        text = exactText(bits, mode, ndigits, decpt, &count);
-        if (!text)
-            return nullptr;
-    }
-    text[count] = '\0';
-    if (rve)
-        *rve = text + count;
-    return text;
+    if (bits - 1 >= kInfinityBits - 1) [[unlikely]]
+        return fixedWord(bits, decpt, rve);
+    if (mode == 0)
+        return scaledText(bits, 0, 0, decpt, rve);
+    return textInMode(bits, mode, ndigits, decpt, rve);
 }

@@ -5,6 +5,7 @@
 #include "numconv/DecimalScan.h"
 #include "numconv/DoubleBits.h"
 #include "numconv/NumberVectors.h"
+#include "numconv/ReadOn.h"
 #ifdef TV_NUMBERS_BY_SSE2
 #include "numconv/DecimalWindow.h"
 #endif
@@ -69,7 +70,8 @@ inline double convert(const Char* text, Char** end)
         // Keeps this a branch: the window is then read before the sign is known.
         asm("" : "+r"(s));
     }
-    const DecimalWindow window = windowStaysInPage(s) ? windowAt(s) : windowOfCopy(s);
+    const DecimalWindow window =
+        mayReadOn(s, kWindowCharacters<Char> * sizeof(Char)) ? windowAt(s) : windowOfCopy(s);
     WindowNumber number;
     if (!readWindow(s, window, number)) [[unlikely]]
         return convertByScanning(text, end);

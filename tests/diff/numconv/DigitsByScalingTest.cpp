@@ -2,6 +2,7 @@
 #include "numconv/DigitsByScaling.h"
 
 #include "numconv/DigitsExact.h"
+#include "numconv/ScaledInteger.h"
 
 #include "DoublePatterns.h"
 #include "NumberText.h"
@@ -32,6 +33,7 @@ bool checkScaled(std::uint64_t bits, int mode, int ndigits)
         EXPECT_EQ(text[i], '#') << "written beyond its room";
     if (count < 0)
         return false;
+    EXPECT_EQ(std::strlen(text), static_cast<std::size_t>(count));
     const std::string scaledText = std::string(text, text + count) + "@" + std::to_string(point);
     EXPECT_EQ(scaledText, exactText(bits, mode, ndigits))
         << doubleOfBits(bits) << " mode " << mode << " digits " << ndigits;

@@ -1,4 +1,4 @@
-// Text laid out in registers against the formatters on big-integer digits.
+// Text laid out in registers against the wide formatters on big-integer digits.
 #include "numconv/LayoutByScaling.h"
 
 #include "TvNumber.h"
@@ -24,20 +24,21 @@ std::string byFormatter(Letter letter, double value, int precision)
     int point, sign;
     char* digits = TvGdImpl::dtoa(value, letter == F ? 9 : 6, count, &point, &sign, nullptr);
     const int n = static_cast<int>(std::strlen(digits));
-    char text[400];
+    wchar_t text[400];
     switch (letter) {
     case F:
-        CvtFormatter<char>::formatF(text, digits, n, precision, point, sign);
+        CvtFormatter<wchar_t>::formatF(text, digits, n, precision, point, sign);
         break;
     case E:
-        CvtFormatter<char>::formatE(text, digits, n, precision, point, sign, 'e');
+        CvtFormatter<wchar_t>::formatE(text, digits, n, precision, point, sign, 'e');
         break;
     case G:
-        CvtFormatter<char>::formatG(text, digits, n, precision, point, sign, 'e', 0);
+        CvtFormatter<wchar_t>::formatG(text, digits, n, precision, point, sign, 'e', 0);
         break;
     }
     TvGdImpl::freedtoa(digits);
-    return text;
+    const std::wstring wide = text;
+    return std::string(wide.begin(), wide.end());
 }
 
 // False when the registers did not answer; nothing may then have been written.

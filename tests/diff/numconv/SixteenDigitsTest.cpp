@@ -32,15 +32,13 @@ protected:
     {
         const std::string expected = digitsOf(n);
         const Digits digits(n);
-        char stored[18] = "#################";
-        digits.store(stored);
-        ASSERT_EQ(stored, expected + '#') << n;
-        std::string text;
-        for (int i = 0; i < 16; ++i)
-            text += static_cast<char>(static_cast<unsigned char>(digits.text() >> (8 * i)));
-        ASSERT_EQ(text, expected) << n;
+        char text[18] = "#################";
+        digits.characters().putTerminated(text, 16);
+        ASSERT_EQ(text, expected + '#') << n;
         // No digit but 0 is found where there is none: npos + 1 is 0.
-        ASSERT_EQ(static_cast<std::size_t>(digits.significant()), expected.find_last_not_of('0') + 1) << n;
+        ASSERT_EQ(static_cast<std::size_t>(digits.significant(false)), expected.find_last_not_of('0') + 1)
+            << n;
+        ASSERT_EQ(digits.significant(true), 17) << n;
     }
 };
 
@@ -83,6 +81,66 @@ TYPED_TEST(SixteenDigitsOf, UpperAndLowerHalfDoNotMix)
     for (const std::uint64_t upper : {0u, 1u, 99999999u, 90000000u, 10010010u}) {
         for (const std::uint64_t lower : {0u, 1u, 99999999u, 90000000u, 10010010u})
             ASSERT_NO_FATAL_FAILURE(this->expectRight(upper * 100000000 + lower));
+    }
+}
+
+template<class Characters>
+class SixteenCharactersOf : public testing::Test {
+protected:
+    static constexpr const char* kText = "abcdefghijklmnop";
+    const Characters m_characters{kText};
+
+    static std::string all(const Characters& c)
+    {
+        char text[16];
+        c.put(text, 16);
+        return std::string(text, 16);
+    }
+};
+
+#ifdef TV_NUMBERS_BY_SSE2
+using CharacterWays = testing::Types<PlainSixteenCharacters, Sse2SixteenCharacters>;
+#else
+using CharacterWays = testing::Types<PlainSixteenCharacters>;
+#endif
+TYPED_TEST_SUITE(SixteenCharactersOf, CharacterWays);
+
+TYPED_TEST(SixteenCharactersOf, PutWritesAsManyAsAskedFor)
+{
+    for (int count = 1; count <= 16; ++count) {
+        char out[20] = "###################";
+        EXPECT_EQ(this->m_characters.put(out + 1, count), out + 1 + count);
+        const auto n = static_cast<std::size_t>(count);
+        EXPECT_EQ(out, "#" + std::string(this->kText, n) + std::string(18 - n, '#'));
+    }
+}
+
+TYPED_TEST(SixteenCharactersOf, PointMovesWhatStandsBehindIt)
+{
+    for (std::size_t place = 0; place <= 15; ++place) {
+        std::string expected = this->kText;
+        expected.insert(place, ".");
+        EXPECT_EQ(this->all(this->m_characters.withPoint(static_cast<int>(place))), expected.substr(0, 16));
+    }
+}
+
+TYPED_TEST(SixteenCharactersOf, FirstHasZerosBehind)
+{
+    for (std::size_t count = 0; count <= 17; ++count) {
+        const std::string expected = std::string(this->kText).substr(0, count) + std::string(16, '0');
+        EXPECT_EQ(this->all(this->m_characters.first(static_cast<int>(count))), expected.substr(0, 16));
+    }
+}
+
+TYPED_TEST(SixteenCharactersOf, LastIsTheSixteenth) { EXPECT_EQ(this->m_characters.last(), 'p'); }
+
+TYPED_TEST(SixteenCharactersOf, TerminatorsStandBehindTheCount)
+{
+    for (std::size_t count = 0; count <= 17; ++count) {
+        char out[17] = "################";
+        this->m_characters.putTerminated(out, static_cast<int>(count));
+        const std::string expected = std::string(this->kText).substr(0, count) + std::string(16, '\0');
+        EXPECT_EQ(std::string(out, 16), expected.substr(0, 16));
     }
 }
 

@@ -1,0 +1,80 @@
+// Digits laid out around a point in registers, for up to seventeen of them.
+#ifndef TV_LAYOUT_IN_REGISTERS_H
+#define TV_LAYOUT_IN_REGISTERS_H
+
+#include "numconv/EmitDigits.h"
+#include "numconv/ExponentText.h"
+
+#include <cstdint>
+
+constexpr int kMostCharacters = 17;
+
+/// The digits of a number as characters: sixteen, and one more; zeros behind the last.
+struct Characters {
+    SixteenCharacters head;
+    char last;
+    int nonZero; ///< digits up to the last that is not 0
+};
+
+/// `width`, at most kMostCharacters, is not below the width of `integer`; zeros fill the front.
+[[gnu::always_inline]] inline Characters charactersOf(std::uint64_t integer, int width)
+{
+    if (width <= 16) {
+        const SixteenDigits digits(integer * g_tens[16 - width]);
+        return {digits.characters(), '0', digits.significant(false)};
+    }
+    const SixteenDigits digits(integer / 10);
+    const std::uint64_t last = integer % 10;
+    return {digits.characters(), static_cast<char>('0' + last), digits.significant(last != 0)};
+}
+
+/// The first `count` digits, 1 to 17.
+inline char* putDigits(char* out, const Characters& digits, int count)
+{
+    if (count <= 16)
+        return digits.head.put(out, count);
+    out = digits.head.put(out, 16);
+    *out = digits.last;
+    return out + 1;
+}
+
+/// The first `count` digits, a point behind `place` of them, 1 <= place <= count. One digit
+/// may be followed by the point alone; else digits stand behind it.
+inline char* putAroundPoint(char* out, const Characters& digits, int count, int place)
+{
+    if (count <= 15)
+        return digits.head.withPoint(place).put(out, count + 1);
+    if (place <= 15) {
+        out = digits.head.withPoint(place).put(out, 16);
+        *out++ = digits.head.last();
+    } else {
+        out = digits.head.put(out, 16);
+        *out++ = '.';
+    }
+    *out = digits.last;
+    return out + (count - 16);
+}
+
+/// The g text of style 0 without its sign: `count` digits, 1 to 17 and not above
+/// `precision`, the value being 0.d1d2... * 10^point.
+inline void putGeneral(char* out, const Characters& digits, int count, int precision, int point, int expChar)
+{
+    if (point < -3 || point > precision) {
+        out = count > 1 ? putAroundPoint(out, digits, count, 1) : putDigits(out, digits, 1);
+        *out++ = static_cast<char>(expChar);
+        out = putSignedExponent(out, point - 1);
+    } else if (point < 1) {
+        *out++ = '0';
+        *out++ = '.';
+        for (; point < 0; ++point)
+            *out++ = '0';
+        out = putDigits(out, digits, count);
+    } else if (count > point) {
+        out = putAroundPoint(out, digits, count, point);
+    } else {
+        out = putDigits(out, digits, point);
+    }
+    *out = '\0';
+}
+
+#endif
