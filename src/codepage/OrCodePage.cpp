@@ -119,11 +119,11 @@ unsigned int OrCodePage::CharSetToLCID(int cs)
     // The system's own character set never lies in the range that stands for it.
     if (cs >= kFirstSystemCharset && cs <= kLastSystemCharset)
         cs = LCIDToCharSet(SysDefaultLCID());
-    const int own = cs - kFirstOwnCharset;
-    if (cs >= kFirstOwnCharset && own < static_cast<int>(std::size(kOwnCharsetLcids)))
-        return kOwnCharsetLcids[own];
-    if (cs > kLastSystemCharset)
-        return GetSystemDefaultLCID();
+    if (cs >= kFirstOwnCharset) {
+        const int own = cs - kFirstOwnCharset;
+        return own < static_cast<int>(std::size(kOwnCharsetLcids)) ? kOwnCharsetLcids[own]
+                                                                   : GetSystemDefaultLCID();
+    }
     const CharsetRow* const row = findCharset(cs);
     return row && row->lcid != 0 ? row->lcid : low16(GetSystemDefaultLCID());
 }
