@@ -52,10 +52,10 @@ bool readTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnico
     if (stream.tell() != position || !hasBytesLeft(stream, sizeof(unsigned short)))
         return false;
 
-    const unsigned int count = getUShort(&stream);
+    const std::size_t count = getUShort(&stream);
     if (stream.tell() != position + sizeof(unsigned short)) // became shorter, which a read does not tell
         return false;
-    const std::uint32_t bytes = count * 2 * sizeof(unsigned short);
+    const auto bytes = static_cast<std::uint32_t>(2 * count * sizeof(unsigned short));
     if (!hasBytesLeft(stream, bytes))
         return false;
     const std::unique_ptr<unsigned short[]> numbers(new (std::nothrow) unsigned short[2 * count]());
@@ -68,16 +68,16 @@ bool readTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnico
 
     const unsigned short* const codes = numbers.get();
     const unsigned short* const units = codes + count;
-    for (unsigned int i = 1; i < count; ++i) {
+    for (std::size_t i = 1; i < count; ++i) {
         if (codes[i] <= codes[i - 1])
             return false;
     }
     TvVector<EkCpUnicodePair> read;
-    read.resize(count);
+    read.resize(static_cast<unsigned int>(count));
     if (read.length() != static_cast<int>(count))
         return false;
     EkCpUnicodePair* const out = read.asArrayPtr();
-    for (unsigned int i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i)
         out[i] = {units[i], codes[i]};
     pairs = read;
     return true;
