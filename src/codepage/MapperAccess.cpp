@@ -11,7 +11,7 @@ namespace TvDetail {
 
 namespace {
 
-MapperAccess accessOf(EkCodepageMapper* mapper)
+inline MapperAccess accessOf(EkCodepageMapper* mapper)
 {
     // Without its double-byte table a mapper is not worth an index: it is about to change.
     const bool complete = mapper && mapper->m_bLoaded == 1;
@@ -24,10 +24,8 @@ MapperAccess accessOf(EkCodepageMapper* mapper)
 
 } // namespace
 
-code_page_id withSystemCodePage(code_page_id cp)
+code_page_id systemCodePage()
 {
-    if (cp != CP_UNDEFINED && cp != CP_CNT)
-        return cp;
     return TvCodePageMapper::ansiCpToOrnaCp(static_cast<int>(TvCodePageMapper::currentSystemAnsiCp()));
 }
 

@@ -7,8 +7,14 @@
 
 namespace TvDetail {
 
+/// The id of the system code page.
+code_page_id systemCodePage();
+
 /// Ids 0 and CP_CNT replaced by the system code page; others as they are.
-code_page_id withSystemCodePage(code_page_id cp);
+inline code_page_id withSystemCodePage(code_page_id cp)
+{
+    return cp == CP_UNDEFINED || cp == CP_CNT ? systemCodePage() : cp;
+}
 
 /// The stream over the code page map file; null when there is no name or no such file. The
 /// caller deletes it.
