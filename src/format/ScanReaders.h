@@ -2,7 +2,7 @@
 //
 // A cursor gives the look-ahead and takes it:
 //     std::int32_t current() const      the look-ahead, -1 at the end
-//     void take()                       the next character; stays at the end
+//     void take()                       the next character; not called at the end
 //     bool hexDigitFollows()            whether the character behind the look-ahead is one
 //     bool holds(unsigned n)            whether n characters are left, the look-ahead included
 //     int taken() const                 characters taken so far
@@ -342,11 +342,10 @@ bool readConversion(Cursor& in, wchar_t letter, ScanfConversion& conversion, va_
     }
 }
 
-/// The whole scan: the number of values stored, or -1.
+/// The scan of what follows `stored` values: the number of values stored, or -1.
 template<class Cursor>
-int scanText(Cursor& in, const wchar_t* f, va_list* args)
+int scanText(Cursor& in, const wchar_t* f, va_list* args, int stored = 0)
 {
-    int stored = 0;
     for (;;) {
         if (*f && *f != L'%')
             skipSpace(in);

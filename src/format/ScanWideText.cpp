@@ -14,7 +14,7 @@ public:
 
     // The terminating 0 reads as the end.
     std::int32_t current() const { return *m_at ? *m_at : -1; }
-    void take() { m_at += current() != -1; }
+    void take() { ++m_at; }
     int taken() const { return static_cast<int>(m_at - m_begin); }
     bool hexDigitFollows() const { return scanDigitValue(m_at[1], 16) >= 0; }
 
@@ -98,6 +98,88 @@ bool readDouble(TextCursor& in, const ScanfConversion& conversion, va_list* args
     return false;
 }
 
+const wchar_t* behindSpace(const wchar_t* p)
+{
+    while (isScanSpace(*p))
+        ++p;
+    return p;
+}
+
+// An integer that %d takes, or null.
+const wchar_t* readPlainInteger(const wchar_t* const text, int& value)
+{
+    const wchar_t* p = text;
+    const bool negative = *p == L'-';
+    p += negative || *p == L'+';
+    std::uint32_t digit = static_cast<std::uint32_t>(*p) - L'0';
+    if (digit > 9)
+        return nullptr;
+    std::uint32_t number = 0;
+    do {
+        number = number * 10 + digit; // wraps
+        digit = static_cast<std::uint32_t>(*++p) - L'0';
+    } while (digit <= 9);
+    value = static_cast<int>(negative ? 0 - number : number);
+    return static_cast<std::size_t>(p - text) <= kUnlimitedWidth ? p : nullptr;
+}
+
+// A number of few digits without an exponent that %lf takes, or null.
+const wchar_t* readPlainDouble(const wchar_t* const text, double& value)
+{
+    TextCursor in(text);
+    unsigned width = kUnlimitedWidth;
+    bool negative = false;
+    ScanMantissa mantissa;
+    if (!readNumberSign(in, width, negative) || !readShortMantissa(in, width, mantissa) ||
+        !mantissa.matched || in.current() == L'e' || in.current() == L'E')
+        return nullptr;
+    value = mantissa.value * kPowers[kLargestScanPower - mantissa.places];
+    value = negative ? -value : value;
+    return in.position();
+}
+
+// Takes the bare %d and %lf, and white space, at the start of a format, the most frequent ones.
+// Stops in front of the first conversion that needs more, and returns its place.
+const wchar_t* scanPlainNumbers(TextCursor& in, const wchar_t* f, va_list* args, int& stored)
+{
+    const wchar_t* at = in.position();
+    for (;;) {
+        if (isScanSpace(*f)) {
+            f = behindSpace(f);
+            at = behindSpace(at);
+        }
+        const wchar_t* behind = nullptr;
+        if (f[0] != L'%')
+            break;
+        if (f[1] == L'd') {
+            int value = 0;
+            behind = readPlainInteger(behindSpace(at), value);
+            if (!behind)
+                break;
+            if (int* const target = va_arg(*args, int*)) {
+                *target = value;
+                ++stored;
+            }
+            f += 2;
+        } else if (f[1] == L'l' && f[2] == L'f') {
+            double value = 0;
+            behind = readPlainDouble(behindSpace(at), value);
+            if (!behind)
+                break;
+            if (double* const target = va_arg(*args, double*)) {
+                *target = value;
+                ++stored;
+            }
+            f += 3;
+        } else {
+            break;
+        }
+        at = behind;
+    }
+    in.moveTo(at);
+    return f;
+}
+
 } // namespace
 
 double scanPower(int n)
@@ -109,7 +191,10 @@ double scanPower(int n)
 int scanWideText(const wchar_t* text, const wchar_t* format, va_list* args)
 {
     TextCursor cursor(text);
-    return scanText(cursor, format, args);
+    int stored = 0;
+    if (args)
+        format = scanPlainNumbers(cursor, format, args, stored);
+    return scanText(cursor, format, args, stored);
 }
 
 } // namespace TvFormatDetail

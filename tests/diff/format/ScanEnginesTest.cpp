@@ -107,6 +107,48 @@ TEST(ScanEngines, RandomTextsAndFormats)
     }
 }
 
+TEST(ScanEngines, PlainNumbersFirst)
+{
+    const wchar_t* const conversions[] = {L"%d", L"%d", L"%lf", L"%lf", L" ",
+                                          L"\t", L"%n", L"%i",  L"%c",  L"x"};
+    const wchar_t* const spaces[] = {L"", L" ", L"  ", L"\n\t", L" x"};
+    std::mt19937_64 random(testSeed(33));
+    for (long i = scaled(150000); i > 0; --i) {
+        std::wstring format;
+        std::wstring text;
+        for (std::size_t n = random() % 6; n > 0; --n) {
+            format += conversions[random() % std::size(conversions)];
+            text += spaces[random() % std::size(spaces)] + randomNumber(random);
+        }
+        expectSame(text, format);
+        if (testing::Test::HasFatalFailure())
+            return;
+    }
+}
+
+TEST(ScanEngines, NumbersAroundTheWidestWidth)
+{
+    for (const wchar_t* sign : {L"", L"-", L"+"}) {
+        for (const std::size_t digits : {65533u, 65534u, 65535u, 65536u, 65537u}) {
+            const std::wstring text = L" " + (sign + std::wstring(digits, L'7'));
+            for (const wchar_t* format : {L"%d%n%c", L"%lf%n%c", L"%d%d%n", L" %lf%lf%n"})
+                expectSame(text, format);
+        }
+    }
+}
+
+TEST(ScanEngines, NullTargetsAreSkipped)
+{
+    for (const Engine engine : {throughSource, scanWideText}) {
+        int value = 0;
+        EXPECT_EQ(call(engine, L"1 2.5 3", L"%d %lf %d", static_cast<int*>(nullptr),
+                       static_cast<double*>(nullptr), &value),
+                  1);
+        EXPECT_EQ(value, 3);
+        EXPECT_EQ(engine(L"1 2.5", L"%d %lf", nullptr), 0);
+    }
+}
+
 TEST(ScanPowers, AreThoseOfTheMathematicsLibrary)
 {
     for (int n = -kLargestScanPower; n <= kLargestScanPower; ++n)
