@@ -60,9 +60,8 @@ struct WindowNumber {
 /// The value of sixteen digits 0..9, the first in the lowest byte.
 inline std::uint64_t joinSixteenDigits(__m128i digits)
 {
-    const __m128i two =
-        _mm_add_epi16(_mm_mullo_epi16(_mm_and_si128(digits, _mm_set1_epi16(0xFF)), _mm_set1_epi16(10)),
-                      _mm_srli_epi16(digits, 8));
+    // 10 * 256 + 1 times a pair leaves ten times its first digit, and its second, in the upper byte.
+    const __m128i two = _mm_srli_epi16(_mm_mullo_epi16(digits, _mm_set1_epi16(10 * 256 + 1)), 8);
     const __m128i four = _mm_madd_epi16(two, _mm_set1_epi32(1 << 16 | 100));
     const __m128i packed = _mm_packs_epi32(four, four);
     const __m128i eight = _mm_madd_epi16(packed, _mm_set1_epi32(1 << 16 | 10000));
@@ -78,13 +77,12 @@ template<class Char>
                                               WindowNumber& number)
 {
     // Digits become the ten lowest numbers of a signed byte.
-    const auto othersIn = [](__m128i bytes) {
+    const auto digitsIn = [](__m128i bytes) {
         const __m128i moved = _mm_sub_epi8(bytes, _mm_set1_epi8('0' - 128));
-        return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpgt_epi8(moved, _mm_set1_epi8(9 - 128))));
+        return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(moved, _mm_set1_epi8(10 - 128))));
     };
-    // The bit behind the window ends a number that fills it.
-    std::uint64_t others =
-        std::uint64_t{1} << 32 | std::uint64_t{othersIn(window.second)} << 16 | othersIn(window.first);
+    // The bits behind the window end a number that fills it.
+    std::uint64_t others = ~std::uint64_t{digitsIn(window.second) << 16 | digitsIn(window.first)};
     const int whole = std::countr_zero(others);
     int length = whole;
     int count = whole;

@@ -57,7 +57,52 @@ template<class Char>
 
 #ifdef TV_NUMBERS_BY_SSE2
 
-// Ordinary text; what does not fit is left to the function above.
+// leading * 10^power, written from `text` to `s`, with the whole of the power of ten.
+template<class Char>
+[[gnu::noinline]] double convertByProduct(const Char* text, Char** end, const Char* s, std::uint64_t leading,
+                                          int power, bool negative)
+{
+    std::uint64_t bits;
+    if (!doubleByProduct(leading, power, false, bits))
+        return convertByScanning(text, end);
+    if (bits - 1 >= kInfinityBits - 1)
+        errno = ERANGE;
+    if (end)
+        *end = const_cast<Char*>(s);
+    return doubleOf(bits | (negative ? kSignBit : 0));
+}
+
+// Ordinary text, its number at `s`; what does not fit is left to the functions above. They are
+// called last or not at all, so that nothing has to be kept over a call.
+template<class Char>
+[[gnu::always_inline]] inline double convertWindow(const Char* text, Char** end, const Char* s, bool negative,
+                                                   const DecimalWindow& window)
+{
+    WindowNumber number;
+    if (!readWindow(s, window, number)) [[unlikely]]
+        return convertByScanning(text, end);
+    s += number.length;
+    int power = number.power;
+    if ((static_cast<unsigned>(*s) | 0x20) == 'e') {
+        int exponent = 0;
+        s = scanExponent(s, exponent);
+        power += exponent;
+    }
+    std::uint64_t bits = 0;
+    if (number.leading != 0 && !doubleByUpperProduct(number.leading, power, bits)) [[unlikely]]
+        return convertByProduct(text, end, s, number.leading, power, negative);
+    if (end)
+        *end = const_cast<Char*>(s);
+    return doubleOf(bits | (negative ? kSignBit : 0));
+}
+
+// The same where reading on is not allowed.
+template<class Char>
+[[gnu::noinline]] double convertCopy(const Char* text, Char** end, const Char* s, bool negative)
+{
+    return convertWindow(text, end, s, negative, windowOfCopy(s));
+}
+
 template<class Char>
 inline double convert(const Char* text, Char** end)
 {
@@ -70,25 +115,9 @@ inline double convert(const Char* text, Char** end)
         // Keeps this a branch: the window is then read before the sign is known.
         asm("" : "+r"(s));
     }
-    const DecimalWindow window =
-        mayReadOn(s, kWindowCharacters<Char> * sizeof(Char)) ? windowAt(s) : windowOfCopy(s);
-    WindowNumber number;
-    if (!readWindow(s, window, number)) [[unlikely]]
-        return convertByScanning(text, end);
-    s += number.length;
-    int exponent = 0;
-    if ((static_cast<unsigned>(*s) | 0x20) == 'e')
-        s = scanExponent(s, exponent);
-    std::uint64_t bits = 0;
-    if (number.leading != 0 && !doubleByUpperProduct(number.leading, number.power + exponent, bits)) {
-        if (!doubleByProduct(number.leading, number.power + exponent, false, bits)) [[unlikely]]
-            return convertByScanning(text, end);
-        if (bits - 1 >= kInfinityBits - 1) [[unlikely]]
-            errno = ERANGE;
-    }
-    if (end)
-        *end = const_cast<Char*>(s);
-    return doubleOf(bits | (negative ? kSignBit : 0));
+    if (!mayReadOn(s, kWindowCharacters<Char> * sizeof(Char))) [[unlikely]]
+        return convertCopy(text, end, s, negative);
+    return convertWindow(text, end, s, negative, windowAt(s));
 }
 
 #else
