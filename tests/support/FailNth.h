@@ -14,10 +14,14 @@
 #include <cstdlib>
 #include <new>
 
+// The dynamic linker calls malloc before address sanitizer has memory for its notes, so that
+// nothing on the way to the real one may be instrumented.
 #ifdef __SANITIZE_ADDRESS__
 #define TV_REAL(function) __interceptor_##function
+#define TV_PLAIN __attribute__((no_sanitize("address", "undefined")))
 #else
 #define TV_REAL(function) __libc_##function
+#define TV_PLAIN
 #endif
 
 extern "C" {
@@ -49,7 +53,7 @@ public:
     /// Whether a request has failed; the one that shall not be reached ends a loop.
     bool fired() const { return s_fired; }
 
-    static bool fails(Kind kind)
+    TV_PLAIN static bool fails(Kind kind)
     {
         if (s_kind != kind)
             return false;
@@ -73,28 +77,28 @@ private:
 
 extern "C" {
 
-void* malloc(size_t size)
+TV_PLAIN void* malloc(size_t size)
 {
     void* const block = FailNth::fails(FailNth::Malloc) ? nullptr : TV_REAL(malloc)(size);
     FailNth::s_blocks += block != nullptr;
     return block;
 }
 
-void* calloc(size_t count, size_t size)
+TV_PLAIN void* calloc(size_t count, size_t size)
 {
     void* const block = FailNth::fails(FailNth::Malloc) ? nullptr : TV_REAL(calloc)(count, size);
     FailNth::s_blocks += block != nullptr;
     return block;
 }
 
-void* realloc(void* old, size_t size)
+TV_PLAIN void* realloc(void* old, size_t size)
 {
     void* const block = FailNth::fails(FailNth::Malloc) ? nullptr : TV_REAL(realloc)(old, size);
     FailNth::s_blocks += old == nullptr && block != nullptr;
     return block;
 }
 
-void free(void* block)
+TV_PLAIN void free(void* block)
 {
     FailNth::s_blocks -= block != nullptr;
     TV_REAL(free)(block);
@@ -128,6 +132,7 @@ void operator delete(void* block, std::size_t) noexcept { free(block); }
 void operator delete[](void* block, std::size_t) noexcept { free(block); }
 
 #undef TV_REAL
+#undef TV_PLAIN
 
 /// Fails the test when more, or fewer, blocks are in use at its end than at its start.
 /// With address sanitizer it leaves that to the leak check, because the sanitizer's own
