@@ -21,7 +21,7 @@ public:
     {
         s_kind = kind;
         s_first = nth;
-        s_last = nth + count - 1;
+        s_last = nth + (count - 1);
         s_calls = 0;
         s_fired = false;
     }
