@@ -88,7 +88,7 @@ protected:
     void check(Convert convert)
     {
         const SizeCase& size = GetParam();
-        const From text[4] = {'a', 'b', 'c', 0};
+        const From text[128] = {'a', 'b', 'c'}; // zeros behind it, as far as any length reaches
         To buffer[8];
         std::fill(std::begin(buffer), std::end(buffer), To('*'));
         const bool isNull = size.dstLen == kNoBuffer || size.dstLen == kNullBufferOf4;
