@@ -27,6 +27,7 @@ void addAngle(CLI::App& app, Shared& shared);
 void addFormat(CLI::App& app, Shared& shared);
 void addScan(CLI::App& app, Shared& shared);
 void addBigFont(CLI::App& app, Shared& shared);
+void addChart(CLI::App& app, Shared& shared);
 void addEscapes(CLI::App& app, Shared& shared);
 void addBreaks(CLI::App& app, Shared& shared);
 

@@ -45,6 +45,7 @@ int main(int argc, char** argv)
     addFormat(app, shared);
     addScan(app, shared);
     addBigFont(app, shared);
+    addChart(app, shared);
     addBreaks(app, shared);
     try {
         app.parse(parserArguments(argc, argv));
