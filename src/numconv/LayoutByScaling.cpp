@@ -28,8 +28,8 @@ bool fixedText(char* out, double value, int precision)
     const int width = std::max(decimalWidth(integer), precision + 1);
     const Characters digits = charactersOf(integer, width);
     out = putSign(out, bits);
-    out =
-        precision > 0 ? putAroundPoint(out, digits, width, width - precision) : putDigits(out, digits, width);
+    out = precision > 0 ? putAroundPoint<Counts::alike>(out, digits, width, width - precision)
+                        : putDigits<Counts::alike>(out, digits, width);
     *out = '\0';
     return true;
 }
@@ -42,7 +42,8 @@ bool exponentText(char* out, double value, int precision, int expChar)
     if (!isOrdinary(bits) || precision >= kMostCharacters ||
         !significantInteger(bits & ~kSignBit, precision + 1, &integer, &power))
         return false;
-    out = putAroundPoint(putSign(out, bits), charactersOf(integer, precision + 1), precision + 1, 1);
+    out = putAroundPoint<Counts::alike>(putSign(out, bits), charactersOf(integer, precision + 1),
+                                        precision + 1, 1);
     *out++ = static_cast<char>(expChar);
     *putSignedExponent(out, power) = '\0';
     return true;

@@ -29,26 +29,28 @@ struct Characters {
 }
 
 /// The first `count` digits, 1 to 17.
+template<Counts counts>
 inline char* putDigits(char* out, const Characters& digits, int count)
 {
     if (count <= 16)
-        return digits.head.put(out, count);
-    out = digits.head.put(out, 16);
+        return digits.head.put<counts>(out, count);
+    out = digits.head.putAll(out);
     *out = digits.last;
     return out + 1;
 }
 
 /// The first `count` digits, a point behind `place` of them, 1 <= place <= count. One digit
 /// may be followed by the point alone; else digits stand behind it.
+template<Counts counts>
 inline char* putAroundPoint(char* out, const Characters& digits, int count, int place)
 {
     if (count <= 15)
-        return digits.head.withPoint(place).put(out, count + 1);
+        return digits.head.withPoint(place).put<counts>(out, count + 1);
     if (place <= 15) {
-        out = digits.head.withPoint(place).put(out, 16);
+        out = digits.head.withPoint(place).putAll(out);
         *out++ = digits.head.last();
     } else {
-        out = digits.head.put(out, 16);
+        out = digits.head.putAll(out);
         *out++ = '.';
     }
     *out = digits.last;
@@ -60,7 +62,8 @@ inline char* putAroundPoint(char* out, const Characters& digits, int count, int 
 inline void putGeneral(char* out, const Characters& digits, int count, int precision, int point, int expChar)
 {
     if (point < -3 || point > precision) {
-        out = count > 1 ? putAroundPoint(out, digits, count, 1) : putDigits(out, digits, 1);
+        out = count > 1 ? putAroundPoint<Counts::differ>(out, digits, count, 1)
+                        : putDigits<Counts::differ>(out, digits, 1);
         *out++ = static_cast<char>(expChar);
         out = putSignedExponent(out, point - 1);
     } else if (point < 1) {
@@ -68,11 +71,11 @@ inline void putGeneral(char* out, const Characters& digits, int count, int preci
         *out++ = '.';
         for (; point < 0; ++point)
             *out++ = '0';
-        out = putDigits(out, digits, count);
+        out = putDigits<Counts::differ>(out, digits, count);
     } else if (count > point) {
-        out = putAroundPoint(out, digits, count, point);
+        out = putAroundPoint<Counts::differ>(out, digits, count, point);
     } else {
-        out = putDigits(out, digits, point);
+        out = putDigits<Counts::differ>(out, digits, point);
     }
     *out = '\0';
 }

@@ -9,19 +9,27 @@
 #include <cstdint>
 #include <cstring>
 
+/// Whether the texts of one origin have about as many characters, or any number of them.
+enum class Counts { alike, differ };
+
 /// Writes exactly `count` characters, 1 to 16, of the sixteen at `from`; overlapping stores
 /// cover every count.
+template<Counts counts>
 inline char* putCharacters(char* out, const char* from, int count)
 {
     const auto copy = [out, from](auto word, int at) {
         std::memcpy(&word, from + at, sizeof word);
         std::memcpy(out + at, &word, sizeof word);
     };
-    if (count >= 8) {
+    if (counts == Counts::alike && count >= 8) {
         copy(std::uint64_t{}, 0);
         copy(std::uint64_t{}, count - 8);
     } else if (count >= 4) {
+        // Without a branch between the short and the long ones.
+        const int inner = count >> 3 << 2;
         copy(std::uint32_t{}, 0);
+        copy(std::uint32_t{}, inner);
+        copy(std::uint32_t{}, count - 4 - inner);
         copy(std::uint32_t{}, count - 4);
     } else {
         copy(char{}, 0);
@@ -54,9 +62,16 @@ public:
     char last() const { return static_cast<char>(m_text >> 120); }
 
     /// Writes exactly the first `count`, 1 to 16.
+    template<Counts counts>
     char* put(char* out, int count) const
     {
-        return putCharacters(out, reinterpret_cast<const char*>(&m_text), count);
+        return putCharacters<counts>(out, reinterpret_cast<const char*>(&m_text), count);
+    }
+
+    char* putAll(char* out) const
+    {
+        std::memcpy(out, &m_text, sizeof m_text);
+        return out + sizeof m_text;
     }
 
     /// Writes sixteen: the first `count`, 0 and more, and terminators for the others. It is one

@@ -31,11 +31,18 @@ public:
 
     char last() const { return static_cast<char>(_mm_extract_epi16(m_text, 7) >> 8); }
 
+    template<Counts counts>
     char* put(char* out, int count) const
     {
         alignas(16) char text[16];
         _mm_store_si128(reinterpret_cast<__m128i*>(text), m_text);
-        return putCharacters(out, text, count);
+        return putCharacters<counts>(out, text, count);
+    }
+
+    char* putAll(char* out) const
+    {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), m_text);
+        return out + sizeof m_text;
     }
 
     void putTerminated(char* out, int count) const

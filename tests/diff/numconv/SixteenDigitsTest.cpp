@@ -93,7 +93,7 @@ protected:
     static std::string all(const Characters& c)
     {
         char text[16];
-        c.put(text, 16);
+        EXPECT_EQ(c.putAll(text), text + 16);
         return std::string(text, 16);
     }
 };
@@ -105,14 +105,21 @@ using CharacterWays = testing::Types<PlainSixteenCharacters>;
 #endif
 TYPED_TEST_SUITE(SixteenCharactersOf, CharacterWays);
 
-TYPED_TEST(SixteenCharactersOf, PutWritesAsManyAsAskedFor)
+template<Counts counts, class Characters>
+void expectExactCounts(const Characters& characters, const std::string& text)
 {
     for (int count = 1; count <= 16; ++count) {
         char out[20] = "###################";
-        EXPECT_EQ(this->m_characters.put(out + 1, count), out + 1 + count);
+        EXPECT_EQ(characters.template put<counts>(out + 1, count), out + 1 + count);
         const auto n = static_cast<std::size_t>(count);
-        EXPECT_EQ(out, "#" + std::string(this->kText, n) + std::string(18 - n, '#'));
+        EXPECT_EQ(out, "#" + text.substr(0, n) + std::string(18 - n, '#'));
     }
+}
+
+TYPED_TEST(SixteenCharactersOf, PutWritesAsManyAsAskedFor)
+{
+    expectExactCounts<Counts::alike>(this->m_characters, this->kText);
+    expectExactCounts<Counts::differ>(this->m_characters, this->kText);
 }
 
 TYPED_TEST(SixteenCharactersOf, PointMovesWhatStandsBehindIt)
