@@ -142,6 +142,7 @@ const wchar_t* readPlainDouble(const wchar_t* const text, double& value)
 // Stops in front of the first conversion that needs more, and returns its place.
 const wchar_t* scanPlainNumbers(TextCursor& in, const wchar_t* f, va_list* args, int& stored)
 {
+    constexpr ScanfConversion plain{};
     const wchar_t* at = in.position();
     for (;;) {
         if (isScanSpace(*f)) {
@@ -156,20 +157,14 @@ const wchar_t* scanPlainNumbers(TextCursor& in, const wchar_t* f, va_list* args,
             behind = readPlainInteger(behindSpace(at), value);
             if (!behind)
                 break;
-            if (int* const target = va_arg(*args, int*)) {
-                *target = value;
-                ++stored;
-            }
+            storeScanned(value, plain, args, stored);
             f += 2;
         } else if (f[1] == L'l' && f[2] == L'f') {
             double value = 0;
             behind = readPlainDouble(behindSpace(at), value);
             if (!behind)
                 break;
-            if (double* const target = va_arg(*args, double*)) {
-                *target = value;
-                ++stored;
-            }
+            storeScanned(value, plain, args, stored);
             f += 3;
         } else {
             break;
@@ -192,8 +187,7 @@ int scanWideText(const wchar_t* text, const wchar_t* format, va_list* args)
 {
     TextCursor cursor(text);
     int stored = 0;
-    if (args)
-        format = scanPlainNumbers(cursor, format, args, stored);
+    format = scanPlainNumbers(cursor, format, args, stored);
     return scanText(cursor, format, args, stored);
 }
 
