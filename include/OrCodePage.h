@@ -15,9 +15,9 @@
 /// What surprises:
 ///  - character sets from 256 up are this library's own, for scripts (Indic and others)
 ///    that have no Windows character set and no code page;
-///  - the system's language and code page are asked once and then kept, so a later
-///    tvPlatformSetACP() or tvPlatformSetSystemDefaultLCID() changes nothing in
-///    SysDefaultLCID() and SysCodePage();
+///  - the system's language is asked once and then kept, so a later
+///    tvPlatformSetSystemDefaultLCID() changes nothing in SysDefaultLCID(), while
+///    SysCodePage() follows tvPlatformSetACP() at once;
 ///  - Hong Kong (0x0C04) counts as simplified Chinese, character set 134;
 ///  - user-defined characters all read as U+E800.
 ///
@@ -27,8 +27,8 @@
 ///
 /// **Errors**: none; what is not in a table gives the value stated.
 /// **Memory**: allocates nothing.
-/// **Threads**: the tables may be read by any thread; the two kept answers and the
-/// user-defined characters belong to one thread.
+/// **Threads**: the tables may be read by any thread; the system's language and
+/// code page and the user-defined characters belong to one thread.
 ///
 ///     unsigned short lcid = OrCodePage::LanguageFromUnicode(L'\u3042', 0x0409, 0x0411);
 ///     unsigned int cp = OrCodePage::LanguageToCodePage(lcid);        // 0x0411 and 932
@@ -110,7 +110,7 @@ public:
 
     /// The system's language, as it was at the first call.
     static unsigned short SysDefaultLCID();
-    /// The system's code page number, as it was at the first call.
+    /// The low 16 bits of GetACP().
     static unsigned short SysCodePage();
 
     /// @}
@@ -188,7 +188,7 @@ public:
     /// @name State
     /// @{
 
-    /// The kept answers; 0 until first asked.
+    /// The kept language, and the code page as last answered; 0 until first asked.
     static unsigned short s_sysDefaultLCID;
     static int s_sysCodePage;
     static UserDefinedDBCS s_arrUserDefinedDBCS[256];

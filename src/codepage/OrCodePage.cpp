@@ -137,9 +137,9 @@ unsigned short OrCodePage::SysDefaultLCID()
     return s_sysDefaultLCID;
 }
 
+// Asked anew each time, unlike the language: what tvPlatformSetACP() chooses holds at once.
 unsigned short OrCodePage::SysCodePage()
 {
-    if (s_sysCodePage == 0)
-        s_sysCodePage = static_cast<int>(GetACP());
+    s_sysCodePage = static_cast<int>(GetACP());
     return low16(static_cast<unsigned int>(s_sysCodePage));
 }

@@ -44,13 +44,13 @@ TEST(SystemLanguage, IsKeptFromTheFirstAnswerOn)
     EXPECT_EQ(OrCodePage::s_sysDefaultLCID, 0x0419);
 }
 
-TEST(SystemCodePage, IsKeptFromTheFirstAnswerOn)
+TEST(SystemCodePage, FollowsTheHostsChoiceAtOnce)
 {
     tvPlatformSetACP(1251);
     OrCodePage::SysCodePage();
     tvPlatformSetACP(936);
-    EXPECT_EQ(OrCodePage::SysCodePage(), 1251);
-    EXPECT_EQ(OrCodePage::s_sysCodePage, 1251);
+    EXPECT_EQ(OrCodePage::SysCodePage(), 936);
+    EXPECT_EQ(OrCodePage::s_sysCodePage, 936);
 }
 
 TEST(SystemLanguage, IsCutTo16Bits)
