@@ -3,13 +3,8 @@
 
 #if defined(__x86_64__)
 
+#include "codepage/Avx2Blocks.h"
 #include "codepage/TextSteps.h"
-
-#include <immintrin.h>
-
-#include <cstdint>
-
-#define TV_AVX2_STEP TV_AVX2 static inline __attribute__((always_inline))
 
 namespace TvDetail {
 
@@ -65,10 +60,6 @@ TV_AVX2_STEP __m128i loadRow(const unsigned char (&row)[16])
     return _mm_load_si128(reinterpret_cast<const __m128i*>(row));
 }
 
-TV_AVX2_STEP __m256i allBytes(int value) { return _mm256_set1_epi8(static_cast<char>(value)); }
-
-TV_AVX2_STEP unsigned maskOf(__m256i bytes) { return static_cast<unsigned>(_mm256_movemask_epi8(bytes)); }
-
 // Bits of `a` where `mask` has ones, bits of `b` elsewhere.
 TV_AVX2_STEP __m256i pickBits(int mask, __m256i a, __m256i b)
 {
@@ -77,20 +68,11 @@ TV_AVX2_STEP __m256i pickBits(int mask, __m256i a, __m256i b)
 
 TV_AVX2_STEP __m256i isContinuation(__m256i bytes) { return _mm256_cmpgt_epi8(allBytes(-64), bytes); }
 
-TV_AVX2_STEP void widen32(wchar_t* dst, const unsigned char* src)
-{
-    for (std::size_t part = 0; part < 4; ++part) {
-        const auto* eight = reinterpret_cast<const __m128i*>(src + 8 * part);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + 8 * part),
-                            _mm256_cvtepu8_epi32(_mm_loadl_epi64(eight)));
-    }
-}
-
 // Widens those of eight units that a mask of eight chooses; returns the place behind them.
 TV_AVX2_STEP wchar_t* storePicked(wchar_t* out, __m128i units, unsigned mask)
 {
     const __m128i picked = _mm_shuffle_epi8(units, loadRow(kPickShorts.rows[mask]));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_cvtepu16_epi32(picked));
+    store8(out, _mm256_cvtepu16_epi32(picked));
     return out + __builtin_popcount(mask);
 }
 
@@ -114,9 +96,9 @@ struct Carry {
 // together beside it; then those bytes are picked where a character begins.
 TV_AVX2_STEP wchar_t* decode32(wchar_t* out, const unsigned char* src, Carry& carry)
 {
-    const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
-    const __m256i b1 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + 1));
-    const __m256i b2 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + 2));
+    const __m256i b = load32(src);
+    const __m256i b1 = load32(src + 1);
+    const __m256i b2 = load32(src + 2);
     const __m256i isLead =
         _mm256_and_si256(_mm256_cmpgt_epi8(b, allBytes(-65)), _mm256_cmpgt_epi8(_mm256_setzero_si256(), b));
     const __m256i isLead3 = _mm256_cmpeq_epi8(_mm256_max_epu8(b, allBytes(0xE0)), b);
@@ -173,13 +155,6 @@ TV_AVX2_STEP char* encode8(char* out, __m256i v)
     return storeClosed(out, _mm256_extracti128_si256(encoded, 1), twos >> 4 | (threes & 0xF0));
 }
 
-TV_AVX2_STEP void narrow32(char* dst, __m256i v0, __m256i v1, __m256i v2, __m256i v3)
-{
-    const __m256i mixed = _mm256_packus_epi16(_mm256_packs_epi32(v0, v1), _mm256_packs_epi32(v2, v3));
-    const __m256i inOrder = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), _mm256_permutevar8x32_epi32(mixed, inOrder));
-}
-
 } // namespace
 
 TV_AVX2 std::size_t avx2Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
@@ -188,8 +163,8 @@ TV_AVX2 std::size_t avx2Utf8Decode(const unsigned char* src, std::size_t count, 
     std::size_t at = 0;
     Carry carry;
     for (; at + 34 <= count; at += 32) {
-        const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + at));
-        if (maskOf(_mm256_cmpeq_epi8(b, _mm256_setzero_si256())) != 0)
+        const __m256i b = load32(src + at);
+        if (maskOf(isZero(b)) != 0)
             break; // the text ends in here
         if (maskOf(b) == 0) {
             widen32(out, src + at);
@@ -210,11 +185,10 @@ TV_AVX2 std::size_t avx2Utf8Encode(const wchar_t* src, std::size_t count, char* 
     std::size_t at = 0;
     std::size_t written = 0;
     while (at + 32 <= count) {
-        const auto* from = reinterpret_cast<const __m256i*>(src + at);
-        const __m256i v0 = _mm256_loadu_si256(from);
-        const __m256i v1 = _mm256_loadu_si256(from + 1);
-        const __m256i v2 = _mm256_loadu_si256(from + 2);
-        const __m256i v3 = _mm256_loadu_si256(from + 3);
+        const __m256i v0 = load8(src + at);
+        const __m256i v1 = load8(src + at + 8);
+        const __m256i v2 = load8(src + at + 16);
+        const __m256i v3 = load8(src + at + 24);
         const __m256i all = _mm256_or_si256(_mm256_or_si256(v0, v1), _mm256_or_si256(v2, v3));
         const __m256i least = _mm256_min_epu32(_mm256_min_epu32(v0, v1), _mm256_min_epu32(v2, v3));
         const __m256i zero = _mm256_cmpeq_epi32(least, _mm256_setzero_si256());
@@ -226,7 +200,7 @@ TV_AVX2 std::size_t avx2Utf8Encode(const wchar_t* src, std::size_t count, char* 
         }
         char* out = dst + written;
         if (_mm256_testz_si256(all, _mm256_set1_epi32(~0x7F))) {
-            narrow32(out, v0, v1, v2, v3);
+            store32(out, packBytes(v0, v1, v2, v3));
             out += 32;
         } else {
             out = encode8(out, v0);
