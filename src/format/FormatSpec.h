@@ -9,6 +9,9 @@ namespace TvFormatDetail {
 /// The largest argument number that a format may name.
 constexpr unsigned kMaxArgumentNumber = 4096;
 
+/// The precision of a conversion that has none.
+constexpr unsigned kDefaultPrecision = 6;
+
 /// A width, precision or mode: written out, or taken from an argument.
 struct FormatCount {
     unsigned value = 0; ///< the count, or the argument's number (1 and up)
@@ -19,7 +22,7 @@ struct FormatCount {
 struct FormatSpec {
     unsigned number = 1; ///< the argument's number in a positional format
     FormatCount width;
-    FormatCount precision{6, false};
+    FormatCount precision{kDefaultPrecision, false};
     FormatCount mode; ///< of `q` and `Q`
     bool hasPrecision = false;
     bool hasMode = false;

@@ -82,11 +82,12 @@ private:
     static constexpr int kLiteralTooLong = 0;
     static constexpr int kFailed = -1;
 
-    // What became of a conversion that is a letter alone; with No nothing has been fetched.
+    // What became of a conversion of few characters; with No nothing has been fetched.
     enum class Bare { No, Done, Failed };
 
     int formatAll(const wchar_t* f);
-    Bare convertBare(wchar_t letter);
+    Bare convertBare(const wchar_t*& f);
+    Bare convertBareFixed(int precision);
     bool resolveCounts(FormatSpec& spec);
     bool convert(const FormatSpec& spec);
     bool emit(const FormatSpec& spec, const wchar_t* text, std::size_t length, bool numeric);
@@ -115,13 +116,11 @@ int FormatRun::formatAll(const wchar_t* f)
         if (!*f)
             return kDone;
         ++f;
-        const Bare bare = convertBare(*f);
+        const Bare bare = convertBare(f);
         if (bare == Bare::Failed)
             return kFailed;
-        if (bare == Bare::Done) {
-            ++f;
+        if (bare == Bare::Done)
             continue;
-        }
         FormatSpec spec;
         f = parseFormatSpec(f, m_args.positional(), spec);
         if (!spec.letter)
@@ -131,21 +130,40 @@ int FormatRun::formatAll(const wchar_t* f)
     }
 }
 
-// %d, %i and %s without anything else, the most frequent conversions, without parsing.
-FormatRun::Bare FormatRun::convertBare(wchar_t letter)
+// %d, %i, %s, %f and %.Nf without anything else, the most frequent conversions, without parsing.
+FormatRun::Bare FormatRun::convertBare(const wchar_t*& f)
 {
     if (m_args.positional() || !m_out.fits(kIntegerTextRoom))
         return Bare::No;
-    if (letter == L'd' || letter == L'i') {
+    Bare bare = Bare::No;
+    int length = 1;
+    if (*f == L'd' || *f == L'i') {
         const std::uint32_t value = m_args.takeInteger(1, kSignedArgument);
         m_out.advance(static_cast<std::size_t>(signedText(m_out.at, value)));
-        return Bare::Done;
-    }
-    if (letter == L's') {
+        bare = Bare::Done;
+    } else if (*f == L's') {
         const wchar_t* const text = m_args.takeText(1);
-        return m_out.put(text, text ? std::wcslen(text) : 0) ? Bare::Done : Bare::Failed;
+        bare = m_out.put(text, text ? std::wcslen(text) : 0) ? Bare::Done : Bare::Failed;
+    } else if (*f == L'f') {
+        bare = convertBareFixed(kDefaultPrecision);
+    } else if (*f == L'.' && isFormatDigit(f[1]) && f[2] == L'f') {
+        bare = convertBareFixed(f[1] - L'0');
+        length = 3;
     }
-    return Bare::No;
+    if (bare == Bare::Done)
+        f += length;
+    return bare;
+}
+
+FormatRun::Bare FormatRun::convertBareFixed(int precision)
+{
+    if (!m_out.fits(kRealTextRoom))
+        return Bare::No;
+    const double value = m_args.takeDouble(1);
+    const int length = std::isfinite(value) ? realText(m_out.at, value, L'f', precision, false)
+                                            : nonFiniteText(m_out.at, value);
+    m_out.advance(static_cast<std::size_t>(length));
+    return Bare::Done;
 }
 
 // Fetches `*` width and precision. False for a negative width.
@@ -160,8 +178,7 @@ bool FormatRun::resolveCounts(FormatSpec& spec)
     if (spec.precision.fromArgument) {
         const int precision = m_args.takeCount(spec.precision.value);
         spec.hasPrecision = precision >= 0;
-        spec.precision.value =
-            precision >= 0 ? static_cast<unsigned>(precision) : FormatSpec().precision.value;
+        spec.precision.value = precision >= 0 ? static_cast<unsigned>(precision) : kDefaultPrecision;
     }
     return true;
 }

@@ -7,6 +7,9 @@
 #include <climits>
 #include <cmath>
 #include <cstdarg>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -71,6 +74,33 @@ const BufferCase kCases[] = {
     {"HugePrecisionOnText", L"%d%.4294967295s", 20, 8, L"12345abc"},
 };
 INSTANTIATE_TEST_SUITE_P(Capacity, OutputBuffer, testing::ValuesIn(kCases), nameOfCase<BufferCase>);
+
+// What a call with a buffer of `capacity` characters left in it and behind it.
+template<class... Args>
+std::pair<int, std::wstring> formatInto(int capacity, const wchar_t* format, Args... args)
+{
+    wchar_t buffer[300];
+    std::wmemset(buffer, L'#', 300);
+    const int result = FormatUtil::outputStringWithFormat(buffer, capacity, format, args...);
+    EXPECT_EQ(std::wcsspn(buffer + capacity, L"#"), 300u - static_cast<unsigned>(capacity));
+    return {result, capacity ? std::wstring(buffer) : std::wstring()};
+}
+
+// A width of 1 changes nothing, but must be parsed.
+TEST(Output, BareConversionsFitLikeThoseWithAWidth)
+{
+    for (int capacity = 0; capacity < 150; ++capacity) {
+        EXPECT_EQ(formatInto(capacity, L"a%db", -12345), formatInto(capacity, L"a%1db", -12345));
+        EXPECT_EQ(formatInto(capacity, L"a%ib", 12345), formatInto(capacity, L"a%1ib", 12345));
+        EXPECT_EQ(formatInto(capacity, L"a%sb", L"door"), formatInto(capacity, L"a%1sb", L"door"));
+        for (const double value : {-1.5, 0.0, 123456.789, 1e20, -1e300, HUGE_VAL, std::nan("")}) {
+            EXPECT_EQ(formatInto(capacity, L"a%fb", value), formatInto(capacity, L"a%1fb", value));
+            EXPECT_EQ(formatInto(capacity, L"%.3f%.0f", value, value),
+                      formatInto(capacity, L"%1.3f%1.0f", value, value));
+            EXPECT_EQ(formatInto(capacity, L"%.9f", value), formatInto(capacity, L"%1.9f", value));
+        }
+    }
+}
 
 TEST(Output, NegativeStarWidthFails)
 {
