@@ -5,6 +5,7 @@
 #include "TvVector.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace TvDetail {
 
@@ -14,28 +15,27 @@ template<class T>
 class ShortText {
 public:
     bool isEmpty() const { return length() == 0; }
-    int length() const { return m_isLong ? m_long.length() : m_length; }
-    T* asArrayPtr() { return m_isLong ? m_long.asArrayPtr() : m_short; }
+    int length() const { return m_long ? m_long->length() : m_length; }
+    T* asArrayPtr() { return m_long ? m_long->asArrayPtr() : m_short; }
 
     void removeAll() { setPhysicalLength(0); }
 
     /// Only down to 0.
     void setPhysicalLength(int)
     {
-        m_long.setPhysicalLength(0);
-        m_isLong = false;
+        m_long.reset();
         m_length = 0;
     }
 
     /// The length stays when there is no memory.
     void setLogicalLength(int length)
     {
-        if (!m_isLong && length > kRoom)
-            toVector(length);
-        if (m_isLong)
-            m_long.setLogicalLength(length);
+        if (m_long)
+            m_long->setLogicalLength(length);
         else if (length <= kRoom)
             m_length = length;
+        else
+            toVector(length);
     }
 
 private:
@@ -43,17 +43,17 @@ private:
 
     void toVector(int length)
     {
-        m_long.setLogicalLength(length);
-        if (m_long.length() != length)
-            return;
-        std::copy_n(m_short, m_length, m_long.asArrayPtr());
-        m_isLong = true;
+        m_long.emplace();
+        m_long->setLogicalLength(length);
+        if (m_long->length() == length)
+            std::copy_n(m_short, m_length, m_long->asArrayPtr());
+        else
+            m_long.reset();
     }
 
     T m_short[kRoom];
     int m_length = 0;
-    bool m_isLong = false;
-    TvVector<T> m_long;
+    std::optional<TvVector<T>> m_long;
 };
 
 } // namespace TvDetail

@@ -131,6 +131,22 @@ TEST_P(BigFontFault, ConversionsGive0AndAnEmptyText)
     TvCharMapper::unInitialize();
 }
 
+TEST_P(BigFontFault, BrokenTextIsEmptyThen)
+{
+    const std::string words(3000, 'w');
+    const std::string front(2499, 'w');
+    const TvStringA text(words.c_str());
+    eachAllocation(
+        [&] {
+            TvAnsiTextIterator it(text, CP_ANSI_1252);
+            TvStringA rest;
+            EXPECT_EQ(it.breakSafely(2500, rest), 3);
+            EXPECT_TRUE(rest.isEmpty() || rest.constStr() == front);
+            return !rest.isEmpty();
+        },
+        [](bool) {});
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, BigFontFault, testing::Values(FailNth::Malloc, FailNth::New));
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "CaseName.h"
 #include "EachTestAlone.h" // the user's file is read once a process
 
+#include <cstring>
 #include <cwchar>
 #include <map>
 #include <stdexcept>
@@ -172,6 +173,24 @@ TEST_F(BigFont, ReaderIsAskedForTheIniFile)
     EXPECT_EQ(reader.size, 1024);
     EXPECT_EQ(reader.paths, std::vector<std::wstring>{L"/home/anna/BIGFONT.INI"});
     EXPECT_EQ(reader.maps, (std::vector<std::map<std::wstring, int>*>{&g_mapCP2Bigfont}));
+}
+
+// Readers are also made by code that knows the table of functions alone.
+TEST_F(BigFont, ReaderHasTwoFunctionsInOrder)
+{
+    using Load = bool (*)(void*, const wchar_t*, std::map<std::wstring, int>*);
+    using Find = int (*)(void*, wchar_t*, int, const wchar_t*);
+    Reader reader;
+    CReadUserDefBigfontIni* const base = &reader;
+    void** slots = nullptr;
+    std::memcpy(&slots, static_cast<void*>(base), sizeof slots);
+
+    EXPECT_TRUE(reinterpret_cast<Load>(slots[0])(base, L"path", &g_mapCP2Bigfont));
+    EXPECT_EQ(reader.paths, std::vector<std::wstring>{L"path"});
+    wchar_t path[64] = {};
+    EXPECT_EQ(reinterpret_cast<Find>(slots[1])(base, path, 64, L"name"), 1);
+    EXPECT_EQ(reader.name, L"name");
+    EXPECT_EQ(sizeof(CReadUserDefBigfontIni), sizeof(void*));
 }
 
 TEST_F(BigFont, UsersFileIsReadOnce)

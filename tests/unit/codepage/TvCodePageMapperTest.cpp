@@ -35,6 +35,30 @@ TEST(TvCodePageMapper, IdsWithoutANumberGiveTheThreadsCodePage)
         EXPECT_EQ(TvCodePageMapper::ornaCpToAnsiCp(id(i)), 3u) << i;
 }
 
+// The highest id with this number in the table, 0 for none.
+int idByScan(unsigned int number)
+{
+    int found = 45;
+    while (found > 0 && TvCodePageMapper::arrAnsiOrnaCpMapper[found] != number)
+        --found;
+    return found;
+}
+
+TEST(TvCodePageMapper, IdOfEveryNumberIsWhatAScanOfTheTableFinds)
+{
+    for (int number = -70000; number <= 70000; ++number) {
+        ASSERT_EQ(TvCodePageMapper::ansiCpToOrnaCp(number), idByScan(static_cast<unsigned int>(number)))
+            << number;
+    }
+    // Numbers that differ from one of the table in high bits alone.
+    for (const unsigned int number : TvCodePageMapper::arrAnsiOrnaCpMapper) {
+        for (int bit = 7; bit < 32; ++bit) {
+            const unsigned int other = number ^ 1u << bit;
+            ASSERT_EQ(TvCodePageMapper::ansiCpToOrnaCp(static_cast<int>(other)), idByScan(other)) << other;
+        }
+    }
+}
+
 struct NumberCase {
     int number;
     int id;
