@@ -13,6 +13,11 @@
 #include <cstdint>
 
 /// Which unit sizes there are, and which of them serves a request.
+///
+/// **Errors**, **Memory**, **Threads**: none.
+///
+///     const int pool = TvPoolConfigurator<34>::s_poolIndexOfSize[20];       // 31
+///     const int unit = TvPoolConfigurator<34>::s_unitSizeOfPools[pool];     // 24
 template<int PoolCount>
 struct TV_OSBASE_API TvPoolConfigurator {
     /// Unit size in bytes of each pool index; 0 for the two indexes that serve nothing.
@@ -77,6 +82,10 @@ public:
 };
 
 /// Where a debugging build would report units that are still in use; does nothing here.
+///
+/// **Errors**, **Memory**, **Threads**: none.
+///
+///     TvHeapDbgDumper::dump(unit);
 class TV_OSBASE_API TvHeapDbgDumper {
 public:
     static void init();
