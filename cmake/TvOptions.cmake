@@ -6,6 +6,7 @@ option(TVOSBASE_BUILD_BENCH "Build the benchmarks" OFF)
 option(TVOSBASE_BUILD_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(TVOSBASE_WERROR "Treat compiler warnings as errors" OFF)
 option(TVOSBASE_CHECK_STRUCTURES "Run the structure checkers after each change" OFF)
+option(TVOSBASE_MEMCHECK "Run the test programs under valgrind memcheck" OFF)
 set(TVOSBASE_SANITIZE "" CACHE STRING "Sanitizers for every target, for example address,undefined")
 set(TVOSBASE_HEAP_FIRST_ADDRESS "" CACHE STRING
   "First address tried for the heap's range; empty for the documented one. Memory tools need another")
