@@ -5,6 +5,7 @@
 #include "numconv/ReadOn.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <type_traits>
 
 namespace {
@@ -91,7 +92,7 @@ template<class Char>
             *out++ = '0';
         }
         *out++ = static_cast<Char>(expChar);
-        out = putSignedExponent(out, decpt - 1);
+        out = putSignedExponent(out, std::int64_t{decpt} - 1);
     }
     *out = 0;
 }
@@ -161,7 +162,7 @@ void CvtFormatter<Char>::formatE(Char* out, const char* digits, int n, int preci
     copy(out, digits, places);
     fill(out, '0', precision - places);
     *out++ = static_cast<Char>(expChar);
-    *putSignedExponent(out, decpt - 1) = 0;
+    *putSignedExponent(out, std::int64_t{decpt} - 1) = 0;
 }
 
 template<class Char>

@@ -2,14 +2,16 @@
 #ifndef TV_EXPONENT_TEXT_H
 #define TV_EXPONENT_TEXT_H
 
-/// Writes a sign and three digits, of larger exponents the last three; answers their end.
+#include <cstdint>
+
+/// Writes a sign and three digits, of larger exponents the last three; answers their end. The
+/// exponent of any position of a point fits, which an int would not hold.
 template<class Char>
-inline Char* putSignedExponent(Char* out, int exponent)
+inline Char* putSignedExponent(Char* out, std::int64_t exponent)
 {
-    const unsigned size =
-        exponent < 0 ? 0u - static_cast<unsigned>(exponent) : static_cast<unsigned>(exponent);
-    const unsigned tens = size / 10;
-    const unsigned hundreds = size / 100;
+    const auto size = static_cast<std::uint32_t>(exponent < 0 ? -exponent : exponent);
+    const std::uint32_t tens = size / 10;
+    const std::uint32_t hundreds = size / 100;
     out[0] = static_cast<Char>(exponent < 0 ? '-' : '+');
     out[1] = static_cast<Char>('0' + hundreds % 10);
     out[2] = static_cast<Char>('0' + (tens - hundreds * 10));

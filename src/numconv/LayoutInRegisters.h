@@ -65,7 +65,7 @@ inline void putGeneral(char* out, const Characters& digits, int count, int preci
         out = count > 1 ? putAroundPoint<Counts::differ>(out, digits, count, 1)
                         : putDigits<Counts::differ>(out, digits, 1);
         *out++ = static_cast<char>(expChar);
-        out = putSignedExponent(out, point - 1);
+        out = putSignedExponent(out, std::int64_t{point} - 1);
     } else if (point < 1) {
         *out++ = '0';
         *out++ = '.';

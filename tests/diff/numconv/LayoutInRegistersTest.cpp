@@ -62,7 +62,8 @@ TEST(LayoutInRegisters, ZerosAtTheEnd)
 
 TEST(LayoutInRegisters, ExponentsOfAnySize)
 {
-    for (const int decpt : {-323, 309, 9999, -99999, std::numeric_limits<int>::max()}) {
+    for (const int decpt :
+         {-323, 309, 9999, -99999, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
         ASSERT_NO_FATAL_FAILURE(expectLikeWide("125", 3, 6, decpt, 1, 0));
         ASSERT_NO_FATAL_FAILURE(expectLikeWide("5", 1, 1, decpt, 0, 0));
     }

@@ -83,6 +83,22 @@ TEST(CvtFormatterG, LowestPrecisionIsExponentNotation)
     EXPECT_STREQ(out, "5e+000");
 }
 
+TEST(CvtFormatterExponent, IsRightForEveryPlaceOfThePoint)
+{
+    constexpr int lowest = std::numeric_limits<int>::min(), highest = std::numeric_limits<int>::max();
+    char out[64];
+    CvtFormatter<char>::formatE(out, "5", 1, 0, lowest, 0, 'e');
+    EXPECT_STREQ(out, "5.e-649");
+    CvtFormatter<char>::formatE(out, "5", 1, 0, highest, 0, 'e');
+    EXPECT_STREQ(out, "5.e+646");
+    for (const int style : {0, 1}) {
+        CvtFormatter<char>::formatG(out, "5", 1, 1, lowest, 0, 'e', style);
+        EXPECT_EQ(std::string(out), style ? "5.e-649" : "5e-649");
+        CvtFormatter<char>::formatG(out, "5", 1, 1, highest, 0, 'e', style);
+        EXPECT_EQ(std::string(out), style ? "5.e+646" : "5e+646");
+    }
+}
+
 TEST(CvtFormatterWide, ReadsNarrowDigits)
 {
     wchar_t out[32];
