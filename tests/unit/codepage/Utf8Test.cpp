@@ -17,19 +17,30 @@ using namespace std::string_literals;
 
 namespace {
 
-// Converts text that ends with a 0 behind its length, as callers pass it.
+// Converts text that ends with a 0 behind its length, as callers pass it. Tests of many texts
+// keep a vector for the results.
+std::wstring decode(const std::string& bytes, TvVector<wchar_t>& out)
+{
+    TvCharMapper::utf8ToUnicode(bytes.c_str(), static_cast<int>(bytes.size()), out);
+    return resultText(out);
+}
+
 std::wstring decode(const std::string& bytes)
 {
     TvVector<wchar_t> out;
-    TvCharMapper::utf8ToUnicode(bytes.c_str(), static_cast<int>(bytes.size()), out);
+    return decode(bytes, out);
+}
+
+std::string encode(const std::wstring& text, TvVector<char>& out)
+{
+    TvCharMapper::unicodeToUtf8(text.c_str(), static_cast<int>(text.size()), out);
     return resultText(out);
 }
 
 std::string encode(const std::wstring& text)
 {
     TvVector<char> out;
-    TvCharMapper::unicodeToUtf8(text.c_str(), static_cast<int>(text.size()), out);
-    return resultText(out);
+    return encode(text, out);
 }
 
 struct DecodeCase {
@@ -196,11 +207,13 @@ TEST(Utf8, ResultsReplaceWhatTheVectorHeld)
 
 TEST(Utf8, EveryUnitRoundTrips)
 {
+    TvVector<char> encoded;
+    TvVector<wchar_t> decoded;
     for (unsigned unit = 1; unit < 0x10000; ++unit) {
         const std::wstring text(1, static_cast<wchar_t>(unit));
-        const std::string bytes = encode(text);
+        const std::string bytes = encode(text, encoded);
         ASSERT_EQ(bytes.size(), unit < 0x80 ? 1u : unit < 0x800 ? 2u : 3u) << unit;
-        ASSERT_EQ(decode(bytes), text) << unit;
+        ASSERT_EQ(decode(bytes, decoded), text) << unit;
     }
 }
 
@@ -227,6 +240,7 @@ TEST(Utf8, ValidTextAgreesWithIconv)
 
 TEST(Utf8, EveryThreeBytesAgreeWithTheModel)
 {
+    TvVector<wchar_t> decoded;
     // Every lead with continuation bytes, their neighbours and ASCII behind it.
     const unsigned char tails[] = {0x01, 0x41, 0x7F, 0x80, 0x9A, 0xBF, 0xC0, 0xC3, 0xDF, 0xE0, 0xF0, 0xFF};
     for (int lead = 1; lead < 256; ++lead) {
@@ -234,7 +248,7 @@ TEST(Utf8, EveryThreeBytesAgreeWithTheModel)
             for (unsigned char third : tails) {
                 const std::vector<unsigned char> bytes = {static_cast<unsigned char>(lead), second, third};
                 const std::vector<wchar_t> expected = Utf8Model::decode(bytes);
-                ASSERT_EQ(decode(std::string(bytes.begin(), bytes.end())),
+                ASSERT_EQ(decode(std::string(bytes.begin(), bytes.end()), decoded),
                           std::wstring(expected.begin(), expected.end()))
                     << lead << ' ' << int(second) << ' ' << int(third);
             }
