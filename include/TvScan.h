@@ -48,8 +48,8 @@ struct ScanfSourceBuf {
 ///  - ordinary characters skip white space in the input before they are compared.
 ///
 /// `s` and `c` store into `wchar_t` arrays that must be long enough for the width; `s`
-/// terminates them, `c` does not. A null pointer among the arguments is skipped, its value
-/// is not counted.
+/// terminates them, `c` does not; with fewer characters left than its width `c` stores nothing
+/// and the scan stops. A null pointer among the arguments is skipped, its value is not counted.
 ///
 /// Errors: the result; a mismatch ends the call with what was stored so far, a null `format`
 /// or `source` counts as an empty one. Memory: none. Threads: re-entrant.
