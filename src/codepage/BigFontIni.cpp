@@ -98,6 +98,8 @@ bool splitLine(const wchar_t* line, Line& name, Line& value)
                 return false;
             isValue = true;
             value.put(*++at); // taken whatever it is, be it a blank or another ";"
+            if (*at == L';' && at[1] == 0)
+                return false; // the line ends in a separator all the same
             continue;
         }
         (isValue ? value : name).put(*at);

@@ -67,6 +67,8 @@ inline void readLine(std::wstring line, std::map<std::wstring, int>& fonts)
                 return;
             part = &value;
             value += line[++i];
+            if (line[i] == L';' && i + 1 == line.size())
+                return;
         } else if (line[i] != L' ') {
             *part += line[i];
         }

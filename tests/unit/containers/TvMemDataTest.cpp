@@ -213,6 +213,35 @@ TEST_F(TvMemDataTest, CopyShares)
     EXPECT_TRUE(buffer.isShared());
 }
 
+struct HoldersCase {
+    const char* name;
+    std::uint32_t refCount;
+    bool isShared;
+};
+
+// The number of holders is read with a sign.
+const HoldersCase kHolders[] = {
+    {"One", 1, false},
+    {"Two", 2, true},
+    {"LargestWithASign", 0x7FFFFFFF, true},
+    {"SmallestWithASign", 0x80000000, false},
+    {"OneBelowLocked", kLocked - 1, false},
+};
+
+class Holders : public TvMemDataTest, public testing::WithParamInterface<HoldersCase> {};
+
+TEST_P(Holders, ShareTheBlock)
+{
+    Buffer buffer = made("abc");
+    buffer.header()->refCount = GetParam().refCount;
+    EXPECT_EQ(buffer.isShared(), GetParam().isShared);
+    EXPECT_FALSE(buffer.isLocked());
+    buffer.header()->refCount = 1;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Holders, testing::ValuesIn(kHolders),
+                         [](const auto& test) { return test.param.name; });
+
 TEST_F(TvMemDataTest, AssignmentSharesAndReleasesTheOldBlock)
 {
     const Buffer buffer = made("abc");
