@@ -71,9 +71,17 @@ private:
         }
     }
 
+    // A few pairs are sooner looked up one by one than gathered: what begins with a foreign
+    // character mostly goes on so.
+    bool isBriefAndForeign() const
+    {
+        constexpr std::size_t kBriefBytes = 32;
+        return m_hasLeads && m_count - m_at <= kBriefBytes && m_at < m_count && m_src[m_at] >= 0x80;
+    }
+
     void runKernel()
     {
-        const TextKernels& kernels = textKernels();
+        const TextKernels& kernels = isBriefAndForeign() ? g_plainKernels : textKernels();
         const CodepageTables& tables = m_page.index->tables;
         const unsigned char* from = m_src + m_at;
         const std::size_t left = m_count - m_at;

@@ -48,9 +48,17 @@ private:
     // Makes it likely, with two bytes a character, that no more room is needed.
     bool makeRoom() { return m_out.makeRoom(kLeastRoom, kLeastRoom + 2 * (m_count - m_at) + m_at / 2); }
 
+    // As in Decoder.
+    bool isBriefAndForeign() const
+    {
+        constexpr std::size_t kBriefCharacters = 16;
+        return m_page.index->tables.encodePair && m_count - m_at <= kBriefCharacters && m_at < m_count &&
+               static_cast<unsigned>(m_src[m_at]) >= 0x80;
+    }
+
     void runKernel()
     {
-        const TextKernels& kernels = textKernels();
+        const TextKernels& kernels = isBriefAndForeign() ? g_plainKernels : textKernels();
         const CodepageTables& tables = m_page.index->tables;
         const std::size_t count = std::min(m_count - m_at, (m_out.room() - kLeastRoom) / 2);
         const auto kernel = tables.encodePair ? kernels.encodeDouble : kernels.encodeSingle;
