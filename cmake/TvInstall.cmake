@@ -28,3 +28,20 @@ install(FILES ${PROJECT_BINARY_DIR}/tvosbase.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 install(FILES data/codepage.map DESTINATION ${CMAKE_INSTALL_DATADIR}/tvosbase COMPONENT runtime)
+
+# gdb looks for what belongs to a library under the library's own path; that is known only
+# when the tree is installed. The printers themselves are found from the library.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_DATADIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}
+  OUTPUT_VARIABLE tvDataFromLib)
+set(TV_GDB_PRINTERS ${tvDataFromLib}/tvosbase/gdb/tvosbase.py)
+configure_file(tools/gdb/autoload.py.in ${PROJECT_BINARY_DIR}/autoload-gdb.py @ONLY)
+install(FILES tools/gdb/tvosbase.py DESTINATION ${CMAKE_INSTALL_DATADIR}/tvosbase/gdb
+  COMPONENT development)
+if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+  set(tvGdbLibDir ${CMAKE_INSTALL_LIBDIR})
+else()
+  set(tvGdbLibDir "\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}")
+endif()
+install(FILES ${PROJECT_BINARY_DIR}/autoload-gdb.py
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${tvGdbLibDir}"
+  RENAME libTvOsBase.so.${PROJECT_VERSION}-gdb.py COMPONENT development)
