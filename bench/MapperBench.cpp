@@ -4,6 +4,7 @@
 // its UTF-8 code page. iconv makes and takes 32-bit wide text, ICU UTF-16. Rates count
 // bytes of the code page or of UTF-8; rows named label convert one piece of 8 to 40
 // characters an item. The program ends with an error when results differ.
+#include "MapFile.h"
 #include "TextData.h"
 
 #include "TvCharMapper.h"
@@ -11,8 +12,6 @@
 #include <benchmark/benchmark.h>
 #include <unicode/ucnv.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <iconv.h>
 #include <memory>
@@ -48,12 +47,6 @@ struct Text {
     std::vector<std::size_t> pieces;     // cuts of the wide text
     std::vector<std::size_t> bytePieces; // the same cuts in the bytes
 };
-
-[[noreturn]] void fail(const std::string& what)
-{
-    std::fprintf(stderr, "%s\n", what.c_str());
-    std::exit(1);
-}
 
 // A side converts `count` elements from `from` on and tells how many it made.
 struct Side {
@@ -308,10 +301,7 @@ void addGrowth(const Wide& han)
 
 int main(int argc, char** argv)
 {
-    const char* path = std::getenv("TVBASE_MAP");
-    const std::string map = path ? path : TV_BENCH_MAP_FILE;
-    if (TvCharMapper::initialize(std::wstring(map.begin(), map.end())) != Orna::eOk)
-        fail("no code page map file at " + map);
+    readMapFile();
     const Wide accented = TextData::accentedLetters();
     const Wide chinese = hanOf(CP_ANSI_936);
     Wide japanese = hanOf(CP_ANSI_932);

@@ -4,6 +4,7 @@
 // rows named 1M a text of 1 MiB. Peers have their converters open; iconv makes and takes 32-bit
 // wide text, ICU UTF-16. The library finds the code page by its number at each call. The
 // program ends with an error when results differ.
+#include "MapFile.h"
 #include "TextData.h"
 
 #include "TvCharMapper.h"
@@ -12,8 +13,6 @@
 #include <benchmark/benchmark.h>
 #include <unicode/ucnv.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <iconv.h>
 #include <memory>
@@ -40,12 +39,6 @@ const Page k1252 = {"1252", 1252, "CP1252", "ibm-5348_P100-1997"};
 const Page k932 = {"932", 932, "CP932", "ibm-943_P15A-2003"};
 const Page k936 = {"936", 936, "CP936", "windows-936-2000"};
 const Page kUtf8 = {"utf8", 65001, "UTF-8", "UTF-8"};
-
-[[noreturn]] void fail(const std::string& what)
-{
-    std::fprintf(stderr, "%s\n", what.c_str());
-    std::exit(1);
-}
 
 struct Piece {
     std::string bytes;
@@ -246,10 +239,7 @@ void addRows(const char* text, const Page& page, Mix mix, const Wide& letters, u
 
 int main(int argc, char** argv)
 {
-    const char* path = std::getenv("TVBASE_MAP");
-    const std::string map = path ? path : TV_BENCH_MAP_FILE;
-    if (TvCharMapper::initialize(std::wstring(map.begin(), map.end())) != Orna::eOk)
-        fail("no code page map file at " + map);
+    readMapFile();
 
     addRows("ascii", k1252, Mix::kAscii, TextData::accentedLetters(), 1);
     addRows("accented", k1252, Mix::kForeign, TextData::accentedLetters(), 2);

@@ -1,9 +1,10 @@
 // Writes the tables of line-break classes into a folder: the Line_Break property of
 // Unicode 15.0, brought back to Unicode 4.0.1 by the ages of the characters and by a file
 // of those whose class has changed since.
+#include "Generator.h"
+
 #include <algorithm>
 #include <cstdio>
-#include <exception>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -12,9 +13,6 @@
 #include <vector>
 
 namespace {
-
-// Read by ctest as "this test cannot run here".
-constexpr int kSkipped = 77;
 
 constexpr const char* kPropertyTitle = "# LineBreak-15.0.0.txt";
 constexpr const char* kAgeTitle = "# DerivedAge-15.0.0.txt";
@@ -206,12 +204,7 @@ int writeTables(const std::string& unicodeFolder, const std::string& corrections
         return kSkipped;
     }
     const std::string text = sourceText(readClasses(property, ages, corrections));
-    const std::string path = folder + "/LineBreakClasses.cpp";
-    std::ofstream file(path, std::ios::binary);
-    file << text;
-    file.close();
-    if (!file)
-        throw std::runtime_error("cannot write " + path);
+    writeFile(folder + "/LineBreakClasses.cpp", text);
     return 0;
 }
 
@@ -219,14 +212,6 @@ int writeTables(const std::string& unicodeFolder, const std::string& corrections
 
 int main(int argc, char** argv)
 {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: line_break_classes UNICODE-DATA-FOLDER CORRECTIONS-FILE FOLDER\n");
-        return 2;
-    }
-    try {
-        return writeTables(argv[1], argv[2], argv[3]);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "line_break_classes: %s\n", error.what());
-        return 1;
-    }
+    return generate("line_break_classes", "UNICODE-DATA-FOLDER CORRECTIONS-FILE FOLDER", 3, argc,
+                    [&] { return writeTables(argv[1], argv[2], argv[3]); });
 }

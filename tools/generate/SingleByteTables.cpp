@@ -1,9 +1,9 @@
 // Writes the tables of the single-byte code pages into a folder, one file a table: what the
 // C library's converters decode, changed where the deviations file says so.
 #include "ByteDecoder.h"
+#include "Generator.h"
 
 #include <cstdio>
-#include <exception>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -12,9 +12,6 @@
 #include <vector>
 
 namespace {
-
-// Read by ctest as "this test cannot run here".
-constexpr int kSkipped = 77;
 
 constexpr int kFirstByte = 0x80;
 constexpr int kBytes = 128;
@@ -164,14 +161,8 @@ int writeTables(const std::string& deviationsFile, const std::string& folder)
         }
     }
     Deviations deviations = readDeviations(deviationsFile);
-    for (const TableSource& source : kSources) {
-        const std::string path = folder + "/" + source.name + ".cpp";
-        std::ofstream file(path, std::ios::binary);
-        file << sourceText(source, deviations[source.name]);
-        file.close();
-        if (!file)
-            throw std::runtime_error("cannot write " + path);
-    }
+    for (const TableSource& source : kSources)
+        writeFile(folder + "/" + source.name + ".cpp", sourceText(source, deviations[source.name]));
     return 0;
 }
 
@@ -179,14 +170,6 @@ int writeTables(const std::string& deviationsFile, const std::string& folder)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: single_byte_tables DEVIATIONS-FILE FOLDER\n");
-        return 2;
-    }
-    try {
-        return writeTables(argv[1], argv[2]);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "single_byte_tables: %s\n", error.what());
-        return 1;
-    }
+    return generate("single_byte_tables", "DEVIATIONS-FILE FOLDER", 2, argc,
+                    [&] { return writeTables(argv[1], argv[2]); });
 }

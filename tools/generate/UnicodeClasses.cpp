@@ -1,7 +1,8 @@
 // Writes the table of the classes of UTF-16 units into a folder, from the file of their runs.
+#include "Generator.h"
+
 #include <array>
 #include <cstdio>
-#include <exception>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -66,20 +67,8 @@ std::string sourceText(const Classes& classes)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: unicode_classes RUNS-FILE FOLDER\n");
-        return 2;
-    }
-    try {
-        const std::string path = std::string(argv[2]) + "/UnicodeClasses.cpp";
-        std::ofstream file(path, std::ios::binary);
-        file << sourceText(readRuns(argv[1]));
-        file.close();
-        if (!file)
-            throw std::runtime_error("cannot write " + path);
+    return generate("unicode_classes", "RUNS-FILE FOLDER", 2, argc, [&] {
+        writeFile(std::string(argv[2]) + "/UnicodeClasses.cpp", sourceText(readRuns(argv[1])));
         return 0;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "unicode_classes: %s\n", error.what());
-        return 1;
-    }
+    });
 }
