@@ -26,3 +26,22 @@ function(tv_export_list library objects list)
     set_tests_properties(abi.${library} PROPERTIES LABELS abi)
   endif()
 endfunction()
+
+# Sizes, fields and virtual tables of the public classes: abi/class-layouts.txt, from g++'s
+# class dump and what gdb reads of an object file.
+find_program(tvGdb gdb)
+if(tvGdb AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  set(tvLayouts ${PROJECT_SOURCE_DIR}/abi/class-layouts.txt)
+  set(tvListLayouts ${PROJECT_SOURCE_DIR}/abi/class-layouts ${CMAKE_CXX_COMPILER} ${tvGdb}
+    ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/platform/include)
+  add_custom_target(renew-class-layouts
+    COMMAND ${tvListLayouts} > ${PROJECT_BINARY_DIR}/class-layouts.txt
+    COMMAND ${CMAKE_COMMAND} -E copy ${PROJECT_BINARY_DIR}/class-layouts.txt ${tvLayouts}
+    COMMENT "Writing ${tvLayouts} from the public headers"
+    VERBATIM)
+  if(TVOSBASE_BUILD_TESTS)
+    add_test(NAME abi.class_layouts
+      COMMAND ${PROJECT_SOURCE_DIR}/abi/check-class-layouts ${tvLayouts} ${tvListLayouts})
+    set_tests_properties(abi.class_layouts PROPERTIES LABELS abi)
+  endif()
+endif()
