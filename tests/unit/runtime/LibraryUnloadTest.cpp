@@ -2,12 +2,16 @@
 // Not linked to the library.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
 
 #include <dlfcn.h>
+#include <malloc.h>
 
 namespace {
 
@@ -62,6 +66,32 @@ TEST(LibraryUnload, AHundredRoundsLeaveTheMappingsAsTheyWere)
     for (int i = 0; i < 100; ++i)
         loadUseUnload();
     EXPECT_EQ(mappings(), before);
+}
+
+std::ptrdiff_t openDescriptors()
+{
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+TEST(LibraryUnload, AHundredRoundsLeaveNoDescriptorOpen)
+{
+    loadUseUnload();
+    const auto before = openDescriptors();
+    for (int i = 0; i < 100; ++i)
+        loadUseUnload();
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+// The C library keeps some blocks of each size at hand and counts them as in use: it has
+// enough of them after a few rounds. The smallest block that a round could lose takes 32 bytes.
+TEST(LibraryUnload, AHundredRoundsLeaveNoMemoryInUse)
+{
+    for (int i = 0; i < 50; ++i)
+        loadUseUnload();
+    const std::size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 100; ++i)
+        loadUseUnload();
+    EXPECT_LT(mallinfo2().uordblks, before + 100 * 32);
 }
 
 TEST(LibraryUnload, TheRangeIsReservedAgainAtTheSameAddress)
