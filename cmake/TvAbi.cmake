@@ -27,6 +27,13 @@ function(tv_export_list library objects list)
   endif()
 endfunction()
 
+# How the installed libraries are linked. Sanitizers link theirs in ways of their own.
+if(TVOSBASE_BUILD_TESTS AND NOT TVOSBASE_SANITIZE)
+  add_test(NAME abi.linking
+    COMMAND ${PROJECT_SOURCE_DIR}/abi/check-linking ${PROJECT_BINARY_DIR} ${PROJECT_VERSION_MAJOR})
+  set_tests_properties(abi.linking PROPERTIES LABELS abi)
+endif()
+
 # Sizes, fields and virtual tables of the public classes: abi/class-layouts.txt, from g++'s
 # class dump and what gdb reads of an object file.
 find_program(tvGdb gdb)
