@@ -68,6 +68,7 @@ int main()
     values.title = L"Plan \u00D8\n";
     values.unit = pooled(_tvMalloc, 20);
     values.freedUnit = _tvMalloc(20);
+    void* const behind = _tvMalloc(20); // so that free units form a list, not a run
     values.foreign = std::malloc(20);
     values.pages = pooled(tvAllocPageHeap, 8192);
     _tvFree(values.freedUnit);
@@ -75,5 +76,6 @@ int main()
     madvise(TvHeapConfigurator::pStartAddress, std::size_t(8000) << 20, MADV_DONTDUMP);
     show(values);
     std::free(values.foreign);
+    _tvFree(behind);
     return values.unit && values.pages ? 0 : 1;
 }

@@ -40,6 +40,18 @@ echo \nwithin it:\040
 output $tv_heap((char*)values.unit + 5)
 echo \nfreed unit:\040
 output $tv_heap(values.freedUnit)
+echo \nnever used:\040
+output $tv_heap((char*)values.unit + 24 * 9 + 1)
+echo \nrest of a block:\040
+output $tv_heap((char*)values.unit + 24 * 170)
+echo \ndescriptors:\040
+output $tv_heap((char*)((long)values.unit & ~0xFFFFF) + 32 * 7)
+echo \nblock without a pool:\040
+output $tv_heap((char*)((long)values.unit & ~0xFFFFF) + 4096 * 200)
+echo \npage not in use:\040
+output $tv_heap((char*)((long)values.unit & ~0xFFFFF) - 100 * 0x100000)
+echo \nfree pages:\040
+output $tv_heap((char*)values.pages + 8192)
 echo \npages:\040
 output $tv_heap(values.pages)
 echo \nforeign:\040
