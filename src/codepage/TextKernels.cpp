@@ -1,6 +1,8 @@
 // TextKernels.cpp - which kernels this machine runs.
 #include "codepage/TextKernels.h"
 
+#include "codepage/KernelChoice.h"
+
 #include <atomic>
 
 namespace TvDetail {
@@ -13,19 +15,12 @@ std::atomic<const TextKernels*> s_chosen{nullptr};
 
 KernelList runnableKernels() noexcept
 {
-    KernelList list{{&g_plainKernels, nullptr, nullptr, nullptr}, 1};
 #if defined(__x86_64__)
-    __builtin_cpu_init();
-    list.sets[list.count++] = &g_sse2Kernels;
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
-        __builtin_cpu_supports("popcnt"))
-        list.sets[list.count++] = &g_avx2Kernels;
-    if (list.count == 3 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-        __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq") &&
-        __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2"))
-        list.sets[list.count++] = &g_avx512Kernels;
+    return {{&g_plainKernels, &g_sse2Kernels, &g_avx2Kernels, &g_avx512Kernels},
+            static_cast<int>(bestKernelSet()) + 1};
+#else
+    return {{&g_plainKernels, nullptr, nullptr, nullptr}, 1};
 #endif
-    return list;
 }
 
 // Chosen on first use and not while the library is loaded: two threads that come here at

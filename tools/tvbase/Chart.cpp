@@ -2,6 +2,7 @@
 #include "Command.h"
 
 #include "CodePageNames.h"
+#include "Json.h"
 #include "MapFileSearch.h"
 #include "Utf8Sequence.h"
 
@@ -71,14 +72,25 @@ std::string cell(char32_t c)
     return text + (isIn(kWide, c) ? " " : "  ");
 }
 
+// The character at a code that is no lead byte; false when there is none.
+bool characterAt(unsigned code, code_page_id id, wchar_t& wc)
+{
+    wc = 0;
+    return TvCharMapper::codepageToUnicode(static_cast<wchar_t>(code), id, wc) && (wc != 0 || code == 0);
+}
+
+bool isLead(unsigned code, code_page_id id)
+{
+    return code < 0x100 && TvCharMapper::isLeadByte(static_cast<unsigned char>(code), id);
+}
+
 // What stands at a code: a character, a lead byte, or nothing.
 std::string cellOfCode(unsigned code, code_page_id id)
 {
-    if (code < 0x100 && TvCharMapper::isLeadByte(static_cast<unsigned char>(code), id))
+    if (isLead(code, id))
         return ">> ";
-    wchar_t wc = 0;
-    const bool found = TvCharMapper::codepageToUnicode(static_cast<wchar_t>(code), id, wc);
-    return found && (wc != 0 || code == 0) ? cell(static_cast<char32_t>(wc)) : "   ";
+    wchar_t wc;
+    return characterAt(code, id, wc) ? cell(static_cast<char32_t>(wc)) : "   ";
 }
 
 // The lead byte that `text` names, which must be one of `id`.
@@ -92,17 +104,9 @@ unsigned parseLead(const std::string& text, code_page_id id)
     return lead;
 }
 
-void showChart(const ChartOptions& options, const Shared& shared)
+void printGrid(code_page_id id, unsigned lead, const std::string& leadText)
 {
-    initializeMapper(shared);
-    const code_page_id id = TvCharConverter::checkTheSameCP(parseCodePage(options.page));
-    if (id == CP_UTF8)
-        throw CommandError("utf8 has no chart", kExitUsage);
-    if (needsMapFile(id))
-        requireTables(id);
-    const unsigned lead = options.lead.empty() ? 0 : parseLead(options.lead, id);
-
-    std::printf("%s%s%s\n  ", codePageName(id).c_str(), lead != 0 ? " " : "", options.lead.c_str());
+    std::printf("%s%s%s\n  ", codePageName(id).c_str(), lead != 0 ? " " : "", leadText.c_str());
     for (unsigned column = 0; column < 16; ++column)
         std::printf("  %X", column);
     for (unsigned row = 0; row < 16; ++row) {
@@ -115,6 +119,46 @@ void showChart(const ChartOptions& options, const Shared& shared)
     std::printf("\n");
 }
 
+void printAsJson(code_page_id id, unsigned lead)
+{
+    JsonWriter json;
+    json.beginObject();
+    json.text("name", codePageName(id));
+    lead != 0 ? json.number("lead", lead) : json.null("lead");
+    json.beginArray("leadBytes");
+    for (unsigned code = 0; lead == 0 && code < 0x100; ++code)
+        if (isLead(code, id))
+            json.number(nullptr, code);
+    json.end();
+    json.beginArray("characters");
+    for (unsigned code = lead * 256; code < lead * 256 + 256; ++code) {
+        wchar_t wc;
+        if (isLead(code, id) || !characterAt(code, id, wc))
+            continue;
+        json.beginObject();
+        json.number("code", code);
+        json.number("unit", static_cast<unsigned>(wc));
+        json.text("character", utf8(static_cast<char32_t>(wc)));
+        json.end();
+    }
+    json.end();
+    json.end();
+    json.print();
+}
+
+void showChart(const ChartOptions& options, const Shared& shared)
+{
+    initializeMapper(shared);
+    const code_page_id id = TvCharConverter::checkTheSameCP(parseCodePage(options.page));
+    if (id == CP_UTF8)
+        throw CommandError("utf8 has no chart", kExitUsage);
+    if (needsMapFile(id))
+        requireTables(id);
+    const unsigned lead = options.lead.empty() ? 0 : parseLead(options.lead, id);
+
+    shared.json ? printAsJson(id, lead) : printGrid(id, lead, options.lead);
+}
+
 } // namespace
 
 void addChart(CLI::App& app, Shared& shared)
@@ -125,6 +169,7 @@ void addChart(CLI::App& app, Shared& shared)
         ->required();
     command->add_option("--lead", options->lead, "The double-byte characters behind this lead byte")
         ->type_name("XX");
+    addJsonOption(*command, shared);
     addMapOption(*command, shared);
     command->footer("Example:\n"
                     "  tvbase chart ansi_932 --lead 83\n"

@@ -11,11 +11,15 @@
 /// Options that every subcommand takes, and the result that main exits with.
 struct Shared {
     std::string mapFile; ///< of --map; empty = not given
+    bool json = false;   ///< of --json
     int status = 0;
 };
 
 /// Adds --map to a subcommand that needs the code page map file.
 void addMapOption(CLI::App& command, Shared& shared);
+
+/// Adds --json to a subcommand that shows a table.
+void addJsonOption(CLI::App& command, Shared& shared);
 
 /// One function a subcommand: adds it to the application.
 void addRecode(CLI::App& app, Shared& shared);
@@ -30,5 +34,7 @@ void addBigFont(CLI::App& app, Shared& shared);
 void addChart(CLI::App& app, Shared& shared);
 void addEscapes(CLI::App& app, Shared& shared);
 void addBreaks(CLI::App& app, Shared& shared);
+void addHeap(CLI::App& app, Shared& shared);
+void addInfo(CLI::App& app, Shared& shared);
 
 #endif

@@ -1,5 +1,7 @@
 #include "LanguageList.h"
 
+#include "Json.h"
+
 #include "OrCodePage.h"
 
 #include <cstdio>
@@ -92,17 +94,18 @@ constexpr LanguageName kNames[] = {
     {0x81, "Maori"},
 };
 
-const char* nameOf(int lcid)
-{
-    for (const LanguageName& row : kNames) {
-        if (row.primary == (lcid & 0x3FF))
-            return row.name;
-    }
-    return "-";
-}
-
 // "-" for none.
 std::string numberOrNone(unsigned int number) { return number != 0 ? std::to_string(number) : "-"; }
+
+void numberOrNull(JsonWriter& json, const char* key, unsigned int number)
+{
+    number != 0 ? json.number(key, number) : json.null(key);
+}
+
+unsigned int indexOf(unsigned short lcid)
+{
+    return static_cast<unsigned int>(OrCodePage::LanguageToCodePageIndex(static_cast<short>(lcid)));
+}
 
 } // namespace
 
@@ -113,9 +116,38 @@ void printLanguages()
         const auto lcid = static_cast<unsigned short>(row.lcid);
         std::printf("%04X  %7d  %6s  %5s  %-7s  %s\n", lcid, row.charset,
                     numberOrNone(OrCodePage::LanguageToCodePage(lcid)).c_str(),
-                    numberOrNone(static_cast<unsigned int>(
-                                     OrCodePage::LanguageToCodePageIndex(static_cast<short>(lcid))))
-                        .c_str(),
-                    OrCodePage::LanguageIsRtoL(lcid) ? "R to L" : "-", nameOf(lcid));
+                    numberOrNone(indexOf(lcid)).c_str(), OrCodePage::LanguageIsRtoL(lcid) ? "R to L" : "-",
+                    languageName(lcid));
     }
+}
+
+void printLanguagesAsJson()
+{
+    JsonWriter json;
+    json.beginArray();
+    for (const OrCodePage::LcidAndCharset& row : OrCodePage::s_lcidAndCharsetMap) {
+        const auto lcid = static_cast<unsigned short>(row.lcid);
+        json.beginObject();
+        json.number("id", lcid);
+        json.number("charset", row.charset);
+        numberOrNull(json, "number", OrCodePage::LanguageToCodePage(lcid));
+        numberOrNull(json, "index", indexOf(lcid));
+        json.boolean("rightToLeft", OrCodePage::LanguageIsRtoL(lcid));
+        if (const std::string_view name = languageName(lcid); name != "-")
+            json.text("language", name);
+        else
+            json.null("language");
+        json.end();
+    }
+    json.end();
+    json.print();
+}
+
+const char* languageName(int lcid)
+{
+    for (const LanguageName& row : kNames) {
+        if (row.primary == (lcid & 0x3FF))
+            return row.name;
+    }
+    return "-";
 }

@@ -6,4 +6,10 @@
 /// index, direction, name.
 void printLanguages();
 
+/// The same as an array of objects; what there is none of is null.
+void printLanguagesAsJson();
+
+/// The language of an identifier in English; "-" when it is not known.
+const char* languageName(int lcid);
+
 #endif

@@ -2,6 +2,7 @@
 #include "Command.h"
 
 #include "CodePageNames.h"
+#include "Json.h"
 #include "LanguageList.h"
 
 #include "TvCharConverter.h"
@@ -29,13 +30,35 @@ std::string describe(code_page_id id)
     return isEmpty ? "ASCII characters alone, all others as escapes" : "single-byte";
 }
 
+bool isPage(code_page_id id) { return id == CP_UNDEFINED || codePageName(id) != "undefined"; }
+
+void listAsJson()
+{
+    TvCharMapper::initialize(L"");
+    JsonWriter json;
+    json.beginArray();
+    for (int i = 0; i < CP_CNT; ++i) {
+        const auto id = static_cast<code_page_id>(i);
+        if (!isPage(id))
+            continue;
+        json.beginObject();
+        json.number("id", i);
+        json.number("number", TvCodePageMapper::arrAnsiOrnaCpMapper[i]);
+        json.text("name", codePageName(id));
+        json.text("text", describe(id));
+        json.end();
+    }
+    json.end();
+    json.print();
+}
+
 void runList()
 {
     TvCharMapper::initialize(L"");
     std::printf("id  number  name       text\n");
     for (int i = 0; i < CP_CNT; ++i) {
         const auto id = static_cast<code_page_id>(i);
-        if (i != 0 && codePageName(id) == "undefined")
+        if (!isPage(id))
             continue;
         std::printf("%2d  %6u  %-9s  %s\n", i, TvCodePageMapper::arrAnsiOrnaCpMapper[i],
                     codePageName(id).c_str(), describe(id).c_str());
@@ -44,12 +67,18 @@ void runList()
 
 } // namespace
 
-void addList(CLI::App& app, Shared&)
+void addList(CLI::App& app, Shared& shared)
 {
     const auto languages = std::make_shared<bool>(false);
     CLI::App* command = app.add_subcommand("list", "List the code pages, or the languages");
     command->add_flag("-l,--languages", *languages,
                       "Language identifiers with their character sets and code pages");
+    addJsonOption(*command, shared);
     command->footer("Example:\n  tvbase list | grep double-byte");
-    command->callback([languages] { *languages ? printLanguages() : runList(); });
+    command->callback([languages, &shared] {
+        if (*languages)
+            shared.json ? printLanguagesAsJson() : printLanguages();
+        else
+            shared.json ? listAsJson() : runList();
+    });
 }

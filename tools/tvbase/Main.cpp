@@ -18,6 +18,11 @@ void addMapOption(CLI::App& command, Shared& shared)
         ->type_name("FILE");
 }
 
+void addJsonOption(CLI::App& command, Shared& shared)
+{
+    command.add_flag("--json", shared.json, "As JSON, for programs");
+}
+
 int main(int argc, char** argv)
 {
     // A file-size limit is a failed write like that of a full disk, not the end of the program.
@@ -47,6 +52,8 @@ int main(int argc, char** argv)
     addBigFont(app, shared);
     addChart(app, shared);
     addBreaks(app, shared);
+    addHeap(app, shared);
+    addInfo(app, shared);
     try {
         app.parse(parserArguments(argc, argv));
     } catch (const CLI::ParseError& error) {

@@ -1,5 +1,6 @@
 // Every kernel set that this machine runs against the plain one, and the plain one against
 // a slow model.
+#include "codepage/KernelChoice.h"
 #include "codepage/TextKernels.h"
 
 #include "GuardPage.h"
@@ -324,6 +325,11 @@ std::vector<const TextKernels*> allKernels()
 {
     const KernelList list = runnableKernels();
     return {list.sets, list.sets + list.count};
+}
+
+TEST(TextKernels, TheBestSetIsTheOneInUseAndNamedRight)
+{
+    EXPECT_STREQ(textKernels().name, kKernelSetNames[static_cast<int>(bestKernelSet())]);
 }
 
 INSTANTIATE_TEST_SUITE_P(Sets, TextKernelsTest, testing::ValuesIn(allKernels()),
