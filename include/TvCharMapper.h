@@ -31,8 +31,8 @@ class CReadUserDefBigfontIni;
 /// **Errors**: nothing is thrown. A result for which no memory can be had, and the result
 /// for a negative length, is the empty vector, without a terminator; the vector's allocator
 /// then reports status 6 to the crash recorder. **Memory**: results belong to the caller's
-/// vector. **Threads**: one thread, until the four double-byte tables have been used once;
-/// from then on conversions of one process may run side by side.
+/// vector. **Threads**: one thread at a time, because the memory of vectors is unlocked. Single
+/// characters may be converted side by side once the four double-byte tables have been used.
 ///
 ///     TvCharMapper::initialize(L"/usr/share/tvosbase/codepage.map");
 ///     TvVector<wchar_t> wide;
