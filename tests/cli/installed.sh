@@ -2,5 +2,6 @@
 build=$(dirname "$(dirname "$(command -v tvbase)")")
 cmake --install "$build" --prefix "$PWD/first" --component runtime >/dev/null
 mv first second
+ls second/share/bash-completion/completions second/share/man/man1
 second/bin/tvbase map info | sed -n "s#^file *$PWD/##p"
 printf '\xD6\xD0\n' | second/bin/tvbase recode -f ansi_936
