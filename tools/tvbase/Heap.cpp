@@ -5,15 +5,12 @@
 #include "HeapStats.h"
 #include "Json.h"
 
-#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <memory>
 #include <string>
 
 namespace {
-
-constexpr std::size_t kMostMessages = 10;
 
 struct HeapOptions {
     std::string trace;
@@ -24,12 +21,11 @@ struct HeapOptions {
 bool readTrace(const std::string& name, Shared& shared, HeapTrace& trace)
 {
     trace = readHeapTrace(name);
-    const std::size_t shown = std::min(trace.problems.size(), kMostMessages);
-    for (std::size_t i = 0; i < shown; ++i)
-        complain(trace.problems[i]);
-    if (shown < trace.problems.size())
-        complain(name + ": " + std::to_string(trace.problems.size() - shown) + " bad lines more");
-    if (shown == 0)
+    for (const std::string& problem : trace.problems)
+        complain(problem);
+    if (trace.badLines > trace.problems.size())
+        complain(name + ": " + std::to_string(trace.badLines - trace.problems.size()) + " bad lines more");
+    if (trace.badLines == 0)
         return true;
     shared.status = kExitFailed;
     return false;

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr std::size_t kMaxLine = 512;
+constexpr std::size_t kMostProblems = 10;
 constexpr std::uint64_t kMostBytes = 0x80000000; // of one request; _tvMalloc refuses more
 
 std::string_view takeWord(std::string_view& line)
@@ -53,7 +54,8 @@ private:
 
     void refuse(const std::string& why)
     {
-        m_trace.problems.push_back(m_name + ":" + std::to_string(m_line) + ": " + why);
+        if (m_trace.badLines++ < kMostProblems)
+            m_trace.problems.push_back(m_name + ":" + std::to_string(m_line) + ": " + why);
     }
 
     // Why the line is a bad one; empty when it is not.

@@ -16,16 +16,17 @@ struct HeapStep {
 
 struct HeapTrace {
     std::vector<HeapStep> steps;
-    std::size_t slots = 0;             ///< units in use at most
-    std::size_t peakBytes = 0;         ///< asked for and not given back, at most
-    std::size_t peakStep = 0;          ///< the first step after which that much was in use
-    std::size_t endBytes = 0;          ///< the same after the last step
-    std::vector<std::string> problems; ///< "name:line: why", in the order of lines
+    std::size_t slots = 0;     ///< units in use at most
+    std::size_t peakBytes = 0; ///< asked for and not given back, at most
+    std::size_t peakStep = 0;  ///< the first step after which that much was in use
+    std::size_t endBytes = 0;  ///< the same after the last step
+    std::size_t badLines = 0;
+    std::vector<std::string> problems; ///< of the first ten bad lines: "name:line: why"
 };
 
 /// Reads lines of `a ID SIZE`, `r ID SIZE` and `f ID`; # begins a comment. IDs are decimal
 /// numbers, or hexadecimal ones after 0x, so that addresses serve; an ID may be used again
-/// after its f. Bad lines become problems and are left out. "-" is standard input; throws
+/// after its f. Bad lines are counted and left out. "-" is standard input; throws
 /// InputError when it cannot be read.
 HeapTrace readHeapTrace(const std::string& name);
 
