@@ -108,6 +108,37 @@ TEST(FormatOddities, TextThatBeginsWith360IsZero)
     EXPECT_STREQ(text, L"0.0");
 }
 
+TEST(FormatOddities, SecondsNear60BecomeAMinute)
+{
+    wchar_t text[256];
+    const double kAlmost46 = (46 - 9.0 / 3600) * kQuarterPi / 45;
+    OrnaAppUnitSets units;
+    units.angleStyle = 1;
+    units.anglePrecision = 3;
+    initOsBaseUnits(units);
+
+    FormatUtil::outputStringWithFormat(text, 256, L"%.32q3", kAlmost46); // 9 seconds less
+    EXPECT_STREQ(text, L"46d0'0\"");
+}
+
+TEST(FormatOddities, AFillThatDoesNotFitIsWrittenInPart)
+{
+    wchar_t text[256];
+
+    wchar_t* at = text;
+    EXPECT_FALSE(FormatUtil::fillStringWithBlankChar(&at, 60, L'.', 35));
+    EXPECT_EQ(at - text, 30);
+}
+
+TEST(FormatOddities, ThePlatformFormatterNeverStoresACount)
+{
+    wchar_t text[256];
+
+    int count = 7;
+    EXPECT_EQ(swprintf(text, L"door%n", &count), -1);
+    EXPECT_EQ(count, 7);
+}
+
 TEST(FormatOddities, ASuppressedCountIsStored)
 {
     int value = 0, taken = 0;

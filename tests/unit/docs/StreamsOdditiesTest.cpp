@@ -58,6 +58,14 @@ TEST(StreamsOddities, PositionsInMemoryHave32Bits)
     EXPECT_EQ(buffer.tell(), 1u);
 }
 
+TEST(StreamsOddities, AnUnknownWayToSeekMovesNothing)
+{
+    SixBytes buffer(6);
+
+    buffer.seek(2, 9u);
+    EXPECT_EQ(buffer.tell(), 6u);
+}
+
 TEST(StreamsOddities, AShorterStreamMayLeaveTheCursorOutside)
 {
     SixBytes buffer(6);
