@@ -12,6 +12,13 @@
 
 namespace {
 
+// Valgrind computes long double with the range of double.
+bool isWholeLongDoubleThere()
+{
+    const volatile long double largest = std::numeric_limits<long double>::max();
+    return largest / 2 < largest;
+}
+
 TEST(StringCopy, CopiesAndMovesTheCursor)
 {
     wchar_t buffer[4];
@@ -154,6 +161,8 @@ TEST(Scale, NaNStays)
 
 TEST(Scale, WholeRangeOfLongDouble)
 {
+    if (!isWholeLongDoubleThere())
+        GTEST_SKIP() << "no such range here";
     for (const long double value :
          {std::numeric_limits<long double>::max(), std::numeric_limits<long double>::min(),
           std::numeric_limits<long double>::denorm_min()}) {
@@ -168,6 +177,8 @@ TEST(Scale, WholeRangeOfLongDouble)
 // A long double just below a power of ten may have a mantissa that only binary128 tells from 10.
 TEST(Scale, MantissaStaysBelowTenAfterRounding)
 {
+    if (!isWholeLongDoubleThere())
+        GTEST_SKIP() << "no such range here";
     for (int power = 0; power < 4900; ++power) {
         const long double near = std::pow(10.0L, power);
         for (const long double value : {std::nextafter(near, 0.0L), near, -near, 1 / near}) {
@@ -364,6 +375,8 @@ TEST(FormatScienceDoubleUtil, WritesExponentNotation)
 
 TEST(FormatScienceDoubleUtil, TakesTheWholeRangeOfLongDouble)
 {
+    if (!isWholeLongDoubleThere())
+        GTEST_SKIP() << "no such range here";
     wchar_t buffer[40];
     unsigned length = 0;
     EXPECT_TRUE(formatScienceDoubleUtil(1e999L, L'e', 2, true, buffer, 40, length));

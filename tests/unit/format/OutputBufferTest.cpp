@@ -26,7 +26,7 @@ class OutputBuffer : public testing::TestWithParam<BufferCase> {};
 
 TEST_P(OutputBuffer, StaysInsideItsCapacity)
 {
-    wchar_t buffer[300];
+    wchar_t buffer[301] = {};
     std::wmemset(buffer, L'#', 300);
     const BufferCase& c = GetParam();
 
@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Capacity, OutputBuffer, testing::ValuesIn(kCases), name
 template<class... Args>
 std::pair<int, std::wstring> formatInto(int capacity, const wchar_t* format, Args... args)
 {
-    wchar_t buffer[300];
+    wchar_t buffer[301] = {};
     std::wmemset(buffer, L'#', 300);
     const int result = FormatUtil::outputStringWithFormat(buffer, capacity, format, args...);
     EXPECT_EQ(std::wcsspn(buffer + capacity, L"#"), 300u - static_cast<unsigned>(capacity));
