@@ -111,14 +111,16 @@ void printStatsAsJson(const HeapUse& use)
 
 void showStats(const HeapOptions& options, Shared& shared)
 {
-    if (!options.trace.empty()) {
+    HeapUse use{};
+    if (options.trace.empty()) {
+        use = readHeapUse();
+    } else {
         HeapTrace trace;
         if (!readTrace(options.trace, shared, trace))
             return;
         passFirstHeapRequests();
-        replayOnHeap(trace);
+        replayOnHeap(trace, [&use] { use = readHeapUse(); });
     }
-    const HeapUse use = readHeapUse();
     shared.json ? printStatsAsJson(use) : printStats(use);
 }
 

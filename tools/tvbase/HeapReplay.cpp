@@ -48,6 +48,15 @@ void take(const HeapStep& step, void*& unit, std::size_t& refused)
         ++refused;
 }
 
+template<class Heap>
+void giveBack(std::vector<void*>& units)
+{
+    for (void*& unit : units) {
+        Heap::release(unit);
+        unit = nullptr;
+    }
+}
+
 // `units` has a null for each slot, before and after.
 template<class Heap>
 double timeRound(const HeapTrace& trace, std::vector<void*>& units, std::size_t& refused)
@@ -57,10 +66,7 @@ double timeRound(const HeapTrace& trace, std::vector<void*>& units, std::size_t&
     for (const HeapStep& step : trace.steps)
         take<Heap>(step, units[step.slot], refused);
     const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - start;
-    for (void*& unit : units) {
-        Heap::release(unit);
-        unit = nullptr;
-    }
+    giveBack<Heap>(units);
     return time.count() / static_cast<double>(trace.steps.size());
 }
 
@@ -149,10 +155,12 @@ ReplayResults replayOnBothHeaps(const HeapTrace& trace, int rounds)
     return results;
 }
 
-void replayOnHeap(const HeapTrace& trace)
+void replayOnHeap(const HeapTrace& trace, const std::function<void()>& look)
 {
     std::vector<void*> units(trace.slots);
     std::size_t refused = 0;
     for (const HeapStep& step : trace.steps)
         take<PooledHeap>(step, units[step.slot], refused);
+    look();
+    giveBack<PooledHeap>(units);
 }

@@ -5,6 +5,7 @@
 #include "HeapTrace.h"
 
 #include <cstdint>
+#include <functional>
 
 /// What one of the two heaps made of a trace.
 struct ReplayResult {
@@ -25,7 +26,8 @@ struct ReplayResults {
 /// they leave in use is given back between the rounds.
 ReplayResults replayOnBothHeaps(const HeapTrace& trace, int rounds);
 
-/// Replays the trace once on the library's heap; what it leaves in use stays so.
-void replayOnHeap(const HeapTrace& trace);
+/// Replays the trace once on the library's heap and calls `look`; what the trace leaves in use
+/// is given back after that.
+void replayOnHeap(const HeapTrace& trace, const std::function<void()>& look);
 
 #endif
