@@ -1,4 +1,5 @@
 # On a terminal a line says how far it is, but not in the first second, and not elsewhere.
+script -qec true /dev/null >/dev/null 2>&1 || exit 77 # no terminal to be had
 slow() { # seconds
     printf 'one\n' && sleep "$1" && printf 'two\n' && sleep 0.1
 }
