@@ -68,7 +68,8 @@ bool isShared(const TvVector<T, Allocator, LengthT, GrowPolicy>& vector);
 /// the address that the formula gives is returned all the same; memory that runs out is
 /// reported as status 6 (by the allocator, and by clone() for the record) and the vector
 /// keeps what it had. Only a TvErrorStatus* thrown by a crash recorder, or what an element
-/// throws when it is copied, leaves a vector. Memory: a record from _tvMalloc, elements
+/// throws when it is copied, leaves a vector; where a shared vector takes a record of its
+/// own, what an element throws ends the process. Memory: a record from _tvMalloc, elements
 /// from `Allocator`; vectors without elements share one static record. Threads: plain
 /// counts, and all empty vectors share one: keep vectors on one thread.
 ///
