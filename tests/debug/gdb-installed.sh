@@ -4,6 +4,8 @@
 #
 #     tests/debug/gdb-installed.sh GDB PROGRAM BUILD_DIR
 set -euo pipefail
+"$1" -nx -batch -ex 'set disable-randomization off' -ex run "$(command -v true)" 2>&1 </dev/null |
+    grep -q 'exited normally' || exit 77 # no process may be traced here
 work=$(realpath "$(mktemp -d)")
 trap 'rm -rf "$work"' EXIT
 export LC_ALL=C.UTF-8

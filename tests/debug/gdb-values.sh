@@ -3,6 +3,8 @@
 #
 #     tests/debug/gdb-values.sh GDB PROGRAM PRINTERS
 set -euo pipefail
+"$1" -nx -batch -ex 'set disable-randomization off' -ex run "$(command -v true)" 2>&1 </dev/null |
+    grep -q 'exited normally' || exit 77 # no process may be traced here
 here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
