@@ -25,6 +25,12 @@ bool fits(std::uint32_t position, std::uint32_t count, std::uint32_t limit)
 
 bool wraps(std::uint32_t position, std::uint32_t count) { return position + count < position; }
 
+// Out of line so that the byte's usual way, which is short, needs no stack for its address.
+[[gnu::noinline]] void writeOneByte(TvFlatMemBuf& stream, unsigned char b)
+{
+    stream.TvFlatMemBuf::writeBytes(&b, 1);
+}
+
 } // namespace
 
 // Makes the stream end at `end`, shorter or longer. False when memory ran out, which has then
@@ -113,11 +119,11 @@ unsigned char TvFlatMemBuf::readByte()
 
 void TvFlatMemBuf::writeByte(unsigned char b)
 {
-    const bool appends = m_cursor == storedLength() && m_cursor < roomLength();
-    if (!appends || TvDetail::isShared(m_bytes))
-        return TvFlatMemBuf::writeBytes(&b, 1);
+    const std::uint32_t at = m_cursor;
+    if (at != storedLength() || at >= roomLength() || TvDetail::isShared(m_bytes))
+        return writeOneByte(*this, b);
     m_bytes.append(b); // no more than a store and a count here
-    ++m_cursor;
+    m_cursor = at + 1;
 }
 
 // A byte at or past the end lies in the spare room just behind the new end; readers that know
