@@ -99,7 +99,7 @@ void addOutput(const std::string& row, bool sameText, Ours ours, Libc libc, Fmt 
         expectSame(row.c_str(), ours, fmt);
     }
     benchmark::RegisterBenchmark((row + "/tv").c_str(), [=](benchmark::State& s) { formatAll(s, ours); });
-    benchmark::RegisterBenchmark((row + "/swprintf").c_str(),
+    benchmark::RegisterBenchmark((row + "/glibc_swprintf").c_str(),
                                  [=](benchmark::State& s) { formatAll(s, libc); });
     benchmark::RegisterBenchmark((row + "/fmt").c_str(), [=](benchmark::State& s) { formatAll(s, fmt); });
 }
@@ -153,7 +153,8 @@ void addInput(const std::string& row, Ours ours, Libc libc, const char* directNa
         }
     }
     benchmark::RegisterBenchmark((row + "/tv").c_str(), [=](benchmark::State& s) { scanAll(s, ours); });
-    benchmark::RegisterBenchmark((row + "/swscanf").c_str(), [=](benchmark::State& s) { scanAll(s, libc); });
+    benchmark::RegisterBenchmark((row + "/glibc_swscanf").c_str(),
+                                 [=](benchmark::State& s) { scanAll(s, libc); });
     benchmark::RegisterBenchmark((row + "/" + directName).c_str(),
                                  [=](benchmark::State& s) { scanAll(s, direct); });
 }
@@ -220,7 +221,8 @@ void addInputs()
 {
     addInput(
         "scan/d_d", [](const Item& i, Scanned& s) { scanOurs(i.twoNumbers.c_str(), L"%d %d", &s.a, &s.b); },
-        [](const Item& i, Scanned& s) { std::swscanf(i.twoNumbers.c_str(), L"%d %d", &s.a, &s.b); }, "wcstol",
+        [](const Item& i, Scanned& s) { std::swscanf(i.twoNumbers.c_str(), L"%d %d", &s.a, &s.b); },
+        "glibc_wcstol",
         [](const Item& i, Scanned& s) {
             wchar_t* end;
             s.a = static_cast<int>(std::wcstol(i.twoNumbers.c_str(), &end, 10));
@@ -232,7 +234,7 @@ void addInputs()
         [](const Item& i, Scanned& s) {
             std::swscanf(i.threeNumbers.c_str(), L"%d %d %lf", &s.a, &s.b, &s.d);
         },
-        "wcstol_wcstod",
+        "glibc_wcstol_wcstod",
         [](const Item& i, Scanned& s) {
             wchar_t* end;
             s.a = static_cast<int>(std::wcstol(i.threeNumbers.c_str(), &end, 10));

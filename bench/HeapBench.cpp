@@ -1,9 +1,9 @@
-// Pooled allocation beside the C library's, mimalloc and tcmalloc.
+// Pooled allocation beside the C library's, jemalloc, mimalloc and tcmalloc.
 //
 // One item is one allocation and its free, the first word written. Sizes are 8 to 256
-// bytes, most of them 16 to 64; 2000 other objects are alive. The heap's page search is
-// run down first, since its first requests are not its usual ones. The peers are loaded
-// beside the C library and replace nothing.
+// bytes, most of them 16 to 64; 2000 other objects are alive, but in pair_empty_heap. The
+// heap's page search is run down first, since its first requests are not its usual ones.
+// The peers are loaded beside the C library and replace nothing.
 //
 //     HeapBench --benchmark_enable_random_interleaving=true --benchmark_repetitions=5
 #include "TvAlloc.h"
@@ -74,13 +74,18 @@ private:
     std::vector<void*> m_objects;
 };
 
-void pair(benchmark::State& state, const Allocator& a)
+void pairInEmptyHeap(benchmark::State& state, const Allocator& a)
 {
-    Others others(a);
     std::size_t i = 0;
     for (auto _ : state)
         a.give(takeWritten(a, i++));
     state.SetItemsProcessed(state.iterations());
+}
+
+void pair(benchmark::State& state, const Allocator& a)
+{
+    Others others(a);
+    pairInEmptyHeap(state, a);
 }
 
 void lifo32(benchmark::State& state, const Allocator& a)
@@ -164,6 +169,7 @@ void addPeer(std::vector<Allocator>& all, const char* name, const char* library,
 std::vector<Allocator> allocators()
 {
     std::vector<Allocator> all = {{"tv", _tvMalloc, _tvFree}, {"glibc", std::malloc, std::free}};
+    addPeer(all, "jemalloc", "libjemalloc.so.2", "malloc", "free");
     addPeer(all, "mimalloc", "libmimalloc.so.2", "mi_malloc", "mi_free");
     addPeer(all, "tcmalloc", "libtcmalloc_minimal.so.4", "tc_malloc", "tc_free");
     return all;
@@ -190,6 +196,7 @@ int main(int argc, char** argv)
                                          [run, &a](benchmark::State& state) { run(state, a); });
     };
     add("pair", pair);
+    add("pair_empty_heap", pairInEmptyHeap);
     add("lifo32", lifo32);
     add("fifo_1e3", [](auto& state, const Allocator& a) { fifo(state, a, 1000); });
     add("random_1e3", [](auto& state, const Allocator& a) { randomly(state, a, 1000); });

@@ -254,7 +254,7 @@ void addText(const std::string& decodeRow, const std::string& encodeRow, Text ma
 {
     const auto text = std::make_shared<Text>(std::move(made));
     addRows(decodeRow, encodeRow, text, "tv", std::make_shared<LibrarySide>());
-    addRows(decodeRow, encodeRow, text, "iconv", std::make_shared<IconvSide>(text->page));
+    addRows(decodeRow, encodeRow, text, "iconv_wchar", std::make_shared<IconvSide>(text->page));
     addRows(decodeRow, encodeRow, text, "icu_utf16", std::make_shared<IcuSide>(text->page));
 }
 

@@ -1,18 +1,22 @@
-// Doubles to text and back, beside the C++ library, {fmt}, double-conversion, fast_float
-// and the C library. Time per number; before a row runs its results are compared with the
+// Doubles to text and back, beside the C++ library, {fmt}, dragonbox, double-conversion,
+// fast_float and the C library. Time per number; before a row runs its results are compared with the
 // C library's.
+#include "TvFormat.h"
 #include "TvGdImpl.h"
 #include "TvNumber.h"
 
 #include <benchmark/benchmark.h>
 #include <double-conversion/double-conversion.h>
+#include <dragonbox/dragonbox_to_chars.h>
 #include <fast_float/fast_float.h>
 #include <fmt/compile.h>
 #include <fmt/format.h>
+#include <fmt/xchar.h>
 
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -254,6 +258,7 @@ void shortestLibrary(char* t, double v)
     TvGdImpl::freedtoa(digits);
 }
 char* shortestToChars(char* t, double v) { return std::to_chars(t, t + kTextRoom, v).ptr; }
+char* shortestDragonbox(char* t, double v) { return jkj::dragonbox::to_chars_n(v, t); }
 char* shortestFmt(char* t, double v) { return fmt::format_to(t, FMT_COMPILE("{}"), v); }
 char* shortestDoubleConversion(char* t, double v)
 {
@@ -297,6 +302,47 @@ char* g15Libc(char* t, double v) { return t + std::snprintf(t, kTextRoom, "%.15g
 char* g15DoubleConversion(char* t, double v)
 {
     return byDoubleConversion(t, [v](auto& b) { converter().ToPrecision(v, 15, &b); });
+}
+
+// Wide text, six places, through the engines that take a format.
+using WideWriteFunction = int (*)(wchar_t*, double);
+
+int formatLibrary(wchar_t* out, const wchar_t* format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    wchar_t* at = out;
+    const int length = OutputWithFormat(&at, static_cast<int>(kTextRoom), format, &args);
+    va_end(args);
+    return length;
+}
+
+int wideF6Library(wchar_t* t, double v) { return formatLibrary(t, L"%.6f", v); }
+int wideF6Libc(wchar_t* t, double v) { return std::swprintf(t, kTextRoom, L"%.6f", v); }
+int wideF6Fmt(wchar_t* t, double v)
+{
+    wchar_t* const end = fmt::format_to(t, L"{:.6f}", v);
+    *end = 0;
+    return static_cast<int>(end - t);
+}
+
+void writeWide(benchmark::State& state, WideWriteFunction writer)
+{
+    wchar_t text[kTextRoom], expected[kTextRoom];
+    for (const double value : inputOf(Coordinates)) {
+        const int length = std::swprintf(expected, kTextRoom, L"%.6f", value);
+        if (writer(text, value) != length || std::wcscmp(text, expected) != 0) {
+            state.SkipWithError("wrong text");
+            return;
+        }
+    }
+    const double* values = inputOf(Coordinates).data();
+    while (state.KeepRunningBatch(kNumbers)) {
+        for (int i = 0; i < kNumbers; ++i) {
+            benchmark::DoNotOptimize(writer(text, values[i]));
+            benchmark::ClobberMemory();
+        }
+    }
 }
 
 // A reader gets a text from its first character to its terminator.
@@ -346,6 +392,7 @@ double parseWideByNarrowing(const wchar_t* t, const wchar_t* end)
 }
 
 const char* const kInputNames[] = {"coords", "randombits", "shortdecimals"};
+const char* const kMixNames[] = {"mix", "randombits", "shortdecimals"}; // of the texts to parse
 
 void addWriters(const char* row, const char* format, const std::vector<Writer>& writers)
 {
@@ -364,7 +411,7 @@ template<class Char, class Reader>
 void addReader(const char* row, const char* name, Input input, const Texts<Char>& texts, Reader reader)
 {
     benchmark::RegisterBenchmark(
-        (std::string(row) + "_" + kInputNames[input] + "/" + name).c_str(),
+        (std::string(row) + kMixNames[input] + "/" + name).c_str(),
         [&texts, input, reader](benchmark::State& s) { read(s, texts, input, reader); });
 }
 
@@ -377,11 +424,13 @@ int main(int argc, char** argv)
     addWriters("dtoa/shortest", nullptr,
                {library<shortestLibrary>(),
                 {"to_chars", shortestToChars},
+                {"dragonbox", shortestDragonbox},
                 {"fmt", shortestFmt},
                 {"double_conversion", shortestDoubleConversion},
                 {"snprintf", shortestLibc}});
     addWriters("dtoa/bare_shortest", nullptr,
                {{"tv", digitsLibrary<0, 0>, numberOfDigitsLibrary<0, 0>},
+                {"dragonbox", shortestDragonbox},
                 {"double_conversion", digitsDoubleConversion<Converter::SHORTEST, 0>,
                  numberOfDigitsDoubleConversion<Converter::SHORTEST, 0>}});
     addWriters("dtoa/digits17", "%.16e",
@@ -408,14 +457,17 @@ int main(int argc, char** argv)
                 {"fmt", g15Fmt},
                 Writer("double_conversion", g15DoubleConversion).smallValuesOnly(),
                 {"snprintf", g15Libc}});
+    benchmark::RegisterBenchmark("dtoa/wide_f6_coords/tv", writeWide, wideF6Library);
+    benchmark::RegisterBenchmark("dtoa/wide_f6_coords/glibc_swprintf", writeWide, wideF6Libc);
+    benchmark::RegisterBenchmark("dtoa/wide_f6_coords/fmt", writeWide, wideF6Fmt);
     for (const Input input : {Coordinates, RandomBits, ShortDecimals}) {
-        addReader("atod/mix", "tv", input, textsOf(input), parseLibrary);
-        addReader("atod/mix", "from_chars", input, textsOf(input), parseFromChars);
-        addReader("atod/mix", "fast_float", input, textsOf(input), parseFastFloat);
-        addReader("atod/mix", "strtod", input, textsOf(input), parseLibc);
-        addReader("atod/wide_mix", "tv", input, wideTextsOf(input), parseWideLibrary);
-        addReader("atod/wide_mix", "narrowed_fast_float", input, wideTextsOf(input), parseWideByNarrowing);
-        addReader("atod/wide_mix", "wcstod", input, wideTextsOf(input), parseWideLibc);
+        addReader("atod/", "tv", input, textsOf(input), parseLibrary);
+        addReader("atod/", "from_chars", input, textsOf(input), parseFromChars);
+        addReader("atod/", "fast_float", input, textsOf(input), parseFastFloat);
+        addReader("atod/", "strtod", input, textsOf(input), parseLibc);
+        addReader("atod/wide_", "tv", input, wideTextsOf(input), parseWideLibrary);
+        addReader("atod/wide_", "narrowed_fast_float", input, wideTextsOf(input), parseWideByNarrowing);
+        addReader("atod/wide_", "wcstod", input, wideTextsOf(input), parseWideLibc);
     }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

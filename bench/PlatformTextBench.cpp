@@ -230,7 +230,7 @@ void addRows(const char* text, const Page& page, Mix mix, const Wide& letters, u
         const auto pieces = std::make_shared<std::vector<Piece>>(
             makePieces(page, mix, letters, seed, isLong ? kLongBytes : kPieceBytes, isLong ? 1 : kPieces));
         addSide(row, "tv", pieces, std::make_shared<LibrarySide>(page));
-        addSide(row, "iconv", pieces, std::make_shared<IconvSide>(page));
+        addSide(row, "iconv_wchar", pieces, std::make_shared<IconvSide>(page));
         addSide(row, "icu_utf16", pieces, std::make_shared<IcuSide>(page));
     }
 }

@@ -1,8 +1,10 @@
-// Makes, copies, assigns and appends narrow text: TvStringA beside std::string.
+// Makes, copies, assigns and appends narrow text: TvStringA beside std::string and, where
+// text is made or copied, QByteArray.
 #include "TvStringA.h"
 
 #include "FirstRequests.h"
 
+#include <QByteArray>
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -25,6 +27,7 @@ std::string textOf(int length)
 
 const char* charsOf(const TvStringA& s) { return s.constStr(); }
 const char* charsOf(const std::string& s) { return s.c_str(); }
+const char* charsOf(const QByteArray& s) { return s.constData(); }
 
 template<class String>
 void expect(const String& string, const std::string& text)
@@ -118,16 +121,19 @@ void BM_append(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * count);
 }
 
+#define TV_WITH_QT(work, row, number)                                                                        \
+    TV_BOTH(work, row, number);                                                                              \
+    BENCHMARK_TEMPLATE(work, QByteArray, number)->Name(row "/QByteArray")
 #define TV_BOTH(work, row, number)                                                                           \
     BENCHMARK_TEMPLATE(work, TvStringA, number)->Name(row "/tv");                                            \
     BENCHMARK_TEMPLATE(work, std::string, number)->Name(row "/std_string")
 
-TV_BOTH(BM_copy, "string_copy/len_8", 8);
-TV_BOTH(BM_copy, "string_copy/len_32", 32);
-TV_BOTH(BM_copy, "string_copy/len_200", 200);
-TV_BOTH(BM_make, "string_make/len_8", 8);
-TV_BOTH(BM_make, "string_make/len_32", 32);
-TV_BOTH(BM_make, "string_make/len_200", 200);
+TV_WITH_QT(BM_copy, "string_copy/len_8", 8);
+TV_WITH_QT(BM_copy, "string_copy/len_32", 32);
+TV_WITH_QT(BM_copy, "string_copy/len_200", 200);
+TV_WITH_QT(BM_make, "string_make/len_8", 8);
+TV_WITH_QT(BM_make, "string_make/len_32", 32);
+TV_WITH_QT(BM_make, "string_make/len_200", 200);
 TV_BOTH(BM_assign, "string_assign/len_8", 8);
 TV_BOTH(BM_assign, "string_assign/len_32", 32);
 TV_BOTH(BM_assign, "string_assign/len_200", 200);

@@ -1,8 +1,9 @@
-// Appends one element at a time, and copies: TvVector beside std::vector.
+// Appends one element at a time, and copies: TvVector beside std::vector and QVector.
 #include "TvVector.h"
 
 #include "FirstRequests.h"
 
+#include <QVector>
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -17,6 +18,12 @@ void append(TvVector<T>& v, T value)
 }
 
 template<class T>
+void append(QVector<T>& v, T value)
+{
+    v.append(value);
+}
+
+template<class T>
 void append(std::vector<T>& v, T value)
 {
     v.push_back(value);
@@ -24,8 +31,8 @@ void append(std::vector<T>& v, T value)
 
 int lengthOf(const TvVector<int>& v) { return v.length(); }
 int lengthOf(const TvVector<char>& v) { return v.length(); }
-template<class T>
-int lengthOf(const std::vector<T>& v)
+template<class Vector>
+int lengthOf(const Vector& v)
 {
     return static_cast<int>(v.size());
 }
@@ -37,7 +44,7 @@ void BM_append(benchmark::State& state)
     for (auto _ : state) {
         Vector v;
         if (reserved)
-            v.reserve(static_cast<unsigned int>(count));
+            v.reserve(count);
         for (int i = 0; i < count; ++i)
             append(v, static_cast<T>(i));
         benchmark::DoNotOptimize(v.begin());
@@ -60,18 +67,20 @@ void BM_copy(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-#define TV_BOTH(row, ...)                                                                                    \
+#define TV_ALL(row, ...)                                                                                     \
     BENCHMARK_TEMPLATE(BM_append, TvVector < __VA_ARGS__)->Name("append/" row "/tv");                        \
-    BENCHMARK_TEMPLATE(BM_append, std::vector < __VA_ARGS__)->Name("append/" row "/std_vector")
+    BENCHMARK_TEMPLATE(BM_append, std::vector < __VA_ARGS__)->Name("append/" row "/std_vector");             \
+    BENCHMARK_TEMPLATE(BM_append, QVector < __VA_ARGS__)->Name("append/" row "/QVector")
 
-TV_BOTH("int_8", int >, int, 8);
-TV_BOTH("int_100", int >, int, 100);
-TV_BOTH("int_10000", int >, int, 10000);
-TV_BOTH("int_1000000", int >, int, 1000000);
-TV_BOTH("int_reserved_10000", int >, int, 10000, true);
-TV_BOTH("byte_10000", char >, char, 10000);
+TV_ALL("int_8", int >, int, 8);
+TV_ALL("int_100", int >, int, 100);
+TV_ALL("int_10000", int >, int, 10000);
+TV_ALL("int_1000000", int >, int, 1000000);
+TV_ALL("int_reserved_10000", int >, int, 10000, true);
+TV_ALL("byte_10000", char >, char, 10000);
 BENCHMARK_TEMPLATE(BM_copy, TvVector<int>)->Name("vector_copy/int100/tv");
 BENCHMARK_TEMPLATE(BM_copy, std::vector<int>)->Name("vector_copy/int100/std_vector");
+BENCHMARK_TEMPLATE(BM_copy, QVector<int>)->Name("vector_copy/int100/QVector");
 
 } // namespace
 
