@@ -37,8 +37,8 @@ class TV_OSBASE_API OrCodePage {
 public:
     /// A language and the character set that its text is shown in.
     struct LcidAndCharset {
-        int lcid;
-        int charset;
+        int lcid;    ///< language identifier
+        int charset; ///< font character set
     };
 
     /// A user-defined double-byte character; free while `dbcs` is 0.
@@ -50,9 +50,9 @@ public:
 
     /// A run of characters of one line-break class.
     struct LineBreakRange {
-        unsigned int last; ///< the highest character of the run
-        unsigned int breakClass;
-        unsigned int next; ///< the first character of the run after it
+        unsigned int last;       ///< the highest character of the run
+        unsigned int breakClass; ///< as LineBreakClass() gives it
+        unsigned int next;       ///< the first character of the run after it
     };
 
     /// A routine for line breaking as AnalyzeLineBreaks() is declared.
@@ -68,9 +68,11 @@ public:
 
     /// 0, the character set of western text, for a code page without one of its own.
     static int CodePageToCharSet(unsigned int cp);
+    /// The chief language of the code page's character set: 0x0409 for one without.
     static unsigned short CodePageToLanguage(int cp);
     /// 1 to 5; 0 for a code page without an index.
     static int CodePageToCodePageIndex(int cp);
+    /// Whether the code page has an index: 932, 936, 949, 950.
     static bool CodePageIsDoubleByte(int cp);
 
     /// 0 for an index outside 1..5, and for 4.
@@ -79,6 +81,7 @@ public:
     static int CodePageIndexToCharSet(int i);
     /// 0x0409 for an index outside 1..5, the system's language for 4.
     static unsigned int CodePageIndexToLCID(int i);
+    /// The low 16 bits of CodePageIndexToLCID().
     static unsigned short CodePageIndexToLanguage(int i);
 
     /// @}
@@ -89,10 +92,12 @@ public:
     static unsigned int CharSetToCodePage(unsigned int cs);
     /// 1 to 5; 0 for a character set without an index.
     static int CharSetToCodePageIndex(int cs);
+    /// Whether the character set has an index: 128, 129, 130, 134, 136.
     static bool CharSetIsDoubleByte(int cs);
     /// The chief language of a character set. The system's language (0..238, above 256) or
     /// the chief language of the system's character set (239..255) for one without any.
     static unsigned int CharSetToLCID(int cs);
+    /// The low 16 bits of CharSetToLCID().
     static unsigned short CharSetToLanguage(int cs);
 
     /// @}
@@ -101,9 +106,13 @@ public:
 
     /// 1, the default character set, for a language that is not in the table.
     static int LCIDToCharSet(unsigned int lcid);
+    /// LCIDToCharSet().
     static int LanguageToCharSet(unsigned int lcid);
+    /// The code page of the language's character set; 0 for a language without one.
     static unsigned int LanguageToCodePage(unsigned short lcid);
+    /// The index of the language's character set; 0 for a language without one.
     static int LanguageToCodePageIndex(short lcid);
+    /// Whether the language's character set has an index: Chinese, Japanese, Korean.
     static bool LanguageIsDoubleByte(unsigned short lcid);
     /// Arabic and Hebrew, by primary language; other languages written so are not known.
     static bool LanguageIsRtoL(int lcid);
@@ -166,6 +175,7 @@ public:
     /// @name Tables
     /// @{
 
+    /// What CodePageEntry() answers.
     static const unsigned int s_codePageEntry[14];
     /// Character set of each bit of s_supportLcidTable.
     static const unsigned short s_charsetTable[29];
@@ -188,9 +198,11 @@ public:
     /// @name State
     /// @{
 
-    /// The kept language, and the code page as last answered; 0 until first asked.
+    /// The language that SysDefaultLCID() keeps; 0 until it is first asked.
     static unsigned short s_sysDefaultLCID;
+    /// The code page that SysCodePage() answered last; 0 until it is first asked.
     static int s_sysCodePage;
+    /// The user-defined characters; place n is looked up as U+E800 + n.
     static UserDefinedDBCS s_arrUserDefinedDBCS[256];
     /// A place for a caller's routine; the library does not call it.
     static LineBreakAnalyzer s_ptrAnalyzeLineBreak;

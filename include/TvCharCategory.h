@@ -25,19 +25,27 @@
 ///     bool opens = std::binary_search(left.begin(), left.end(), L'(');          // true
 class TV_OSBASE_API TvCharCategory {
 public:
+    /// The one object, made when the library is loaded.
     static TvCharCategory s_instance;
 
+    /// What belongs to the text after it: opening brackets, currency signs.
     const TvVector<wchar_t>& leftPuncts() const { return m_leftPuncts; }
+    /// What belongs to the text before it: stops, commas, per cent and degree signs.
     const TvVector<wchar_t>& normalPuncts() const { return m_normalPuncts; }
+    /// Closing brackets.
     const TvVector<wchar_t>& rightPuncts() const { return m_rightPuncts; }
+    /// Quotation marks that open as well as close.
     const TvVector<wchar_t>& quotationPuncts() const { return m_quotationPuncts; }
     /// The four lists in one.
     const TvVector<wchar_t>& allPuncts() const { return m_allPuncts; }
 
-    /// Each makes its list again; allPuncts() stays as it is.
+    /// Makes leftPuncts() again; allPuncts() stays as it is.
     void initLeftPuncts();
+    /// Makes rightPuncts() again; allPuncts() stays as it is.
     void initRightPuncts();
+    /// Makes normalPuncts() again; allPuncts() stays as it is.
     void initNormalPuncts();
+    /// Makes quotationPuncts() again; allPuncts() stays as it is.
     void initQuotationPuncts();
 
 private:

@@ -1,8 +1,8 @@
 // TvCharConverter.h - the inline escapes for characters that a code page lacks.
 //
 // Two forms stand in drawing text: CIF, a backslash, "U+" and four hexadecimal digits of a
-// UTF-16 code unit (\U+00B0), and MIF, a backslash, "M+", a code page digit and four
-// hexadecimal digits of a double-byte code (\M+1815F). For converting whole texts with
+// UTF-16 code unit (`\U+00B0`), and MIF, a backslash, "M+", a code page digit and four
+// hexadecimal digits of a double-byte code (`\M+1815F`). For converting whole texts with
 // their escapes, take TvCharMapper.h.
 #ifndef TV_CHAR_CONVERTER_H
 #define TV_CHAR_CONVERTER_H
@@ -27,9 +27,11 @@
 ///     TvCharConverter::getCIFString(0x20AC, text, 7);                       // \U+20AC
 class TV_OSBASE_API TvCharConverter {
 public:
+    /// Whether `c` is one of 0 to 9.
     template<class C>
     static bool isDigit(C c);
 
+    /// Whether `c` is one of 0 to 9, A to F and a to f.
     template<class C>
     static bool isHexDigit(C c);
 

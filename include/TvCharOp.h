@@ -32,8 +32,8 @@ TV_OSBASE_API bool isdigit_WithDiffCodeSys(int base, wchar_t c);
 /// Two names surprise: of a narrow string length() counts characters in the system code
 /// page and numOfChars() counts bytes.
 ///
-/// Errors: none. Pointers must not be null where nothing else is said. Memory: only
-/// zalloc() allocates. Threads: no state.
+/// **Errors**: none. Pointers must not be null where nothing else is said. **Memory**: only
+/// zalloc() allocates. **Threads**: no state.
 ///
 ///     int at;
 ///     const wchar_t* dot = TvCharOp::find<wchar_t>(L"hall.dwg", L'.', 0, &at);   // at == 4
@@ -44,9 +44,12 @@ public:
     /// Null is ignored.
     static void zfree(void* p);
 
+    /// The place behind the character at `p`, the terminating 0 not excepted.
     static const wchar_t* next(const wchar_t* p) { return p + 1; }
+    /// `n` characters further, whatever stands there.
     static const wchar_t* next(const wchar_t* p, unsigned long n) { return p + n; }
 
+    /// Whether `c` is a digit as iswdigit() has it: 0 to 9.
     static bool isDigit(wchar_t c);
 
     /// At most `n` characters of each, as wcsncmp.
@@ -54,8 +57,10 @@ public:
     /// Without regard to case in the current locale, as wcscasecmp.
     static int compareNoCase(const wchar_t* a, const wchar_t* b);
 
-    /// Characters before the terminating 0; 0 for null.
+    /// Wide characters before the terminating 0; 0 for null.
     static unsigned long length(const wchar_t* text);
+    /// Characters in the system code page before the terminating 0: a lead byte and its trail byte
+    /// are one. 0 for null.
     static unsigned long length(const char* text);
     /// Bytes before the terminating 0; 0 for null.
     static unsigned long numOfChars(const char* text);

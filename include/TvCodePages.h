@@ -21,52 +21,52 @@ struct CodepageIndex;
 /// Any 32-bit value may be passed to the functions of this library. Ids 22, 24, 25, 26 and
 /// 31 are older names of 38, 41, 40, 42 and 39; 43 is a second "undefined" without a name.
 enum code_page_id : int {
-    CP_UNDEFINED = 0, ///< the system code page where text is converted
-    CP_ASCII = 1,
-    CP_ISO8859_1 = 2,
-    CP_ISO8859_2 = 3,
-    CP_ISO8859_3 = 4,
-    CP_ISO8859_4 = 5,
-    CP_ISO8859_5 = 6,
-    CP_ISO8859_6 = 7,
-    CP_ISO8859_7 = 8,
-    CP_ISO8859_8 = 9,
-    CP_ISO8859_9 = 10,
-    CP_DOS437 = 11,
-    CP_DOS850 = 12,
-    CP_DOS852 = 13,
-    CP_DOS855 = 14,
-    CP_DOS857 = 15,
-    CP_DOS860 = 16,
-    CP_DOS861 = 17,
-    CP_DOS863 = 18,
-    CP_DOS864 = 19,
-    CP_DOS865 = 20,
-    CP_DOS869 = 21,
-    CP_DOS932 = 22,
-    CP_MAC_ROMAN = 23,
-    CP_BIG5 = 24,
-    CP_KSC5601 = 25,
-    CP_JOHAB = 26,
-    CP_DOS866 = 27,
-    CP_ANSI_1250 = 28,
-    CP_ANSI_1251 = 29,
-    CP_ANSI_1252 = 30,
-    CP_GB2312 = 31,
-    CP_ANSI_1253 = 32,
-    CP_ANSI_1254 = 33,
-    CP_ANSI_1255 = 34,
-    CP_ANSI_1256 = 35,
-    CP_ANSI_1257 = 36,
-    CP_ANSI_874 = 37,
-    CP_ANSI_932 = 38,
-    CP_ANSI_936 = 39,
-    CP_ANSI_949 = 40,
-    CP_ANSI_950 = 41,
-    CP_ANSI_1361 = 42,
-    CP_ANSI_1258 = 44,
-    CP_UTF8 = 45,
-    CP_CNT = 46 ///< the number of ids; the system code page where text is converted
+    CP_UNDEFINED = 0,  ///< the system code page where text is converted
+    CP_ASCII = 1,      ///< US-ASCII
+    CP_ISO8859_1 = 2,  ///< ISO 8859-1, western European
+    CP_ISO8859_2 = 3,  ///< ISO 8859-2, central European
+    CP_ISO8859_3 = 4,  ///< ISO 8859-3, south European
+    CP_ISO8859_4 = 5,  ///< ISO 8859-4, Baltic
+    CP_ISO8859_5 = 6,  ///< ISO 8859-5, Cyrillic
+    CP_ISO8859_6 = 7,  ///< ISO 8859-6, Arabic
+    CP_ISO8859_7 = 8,  ///< ISO 8859-7, Greek
+    CP_ISO8859_8 = 9,  ///< ISO 8859-8, Hebrew
+    CP_ISO8859_9 = 10, ///< ISO 8859-9, Turkish
+    CP_DOS437 = 11,    ///< DOS, United States
+    CP_DOS850 = 12,    ///< DOS, western European
+    CP_DOS852 = 13,    ///< DOS, central European
+    CP_DOS855 = 14,    ///< DOS, Cyrillic
+    CP_DOS857 = 15,    ///< DOS, Turkish
+    CP_DOS860 = 16,    ///< DOS, Portuguese
+    CP_DOS861 = 17,    ///< DOS, Icelandic
+    CP_DOS863 = 18,    ///< DOS, Canadian French
+    CP_DOS864 = 19,    ///< DOS, Arabic
+    CP_DOS865 = 20,    ///< DOS, Nordic
+    CP_DOS869 = 21,    ///< DOS, Greek
+    CP_DOS932 = 22,    ///< older name of CP_ANSI_932
+    CP_MAC_ROMAN = 23, ///< Macintosh, western European
+    CP_BIG5 = 24,      ///< older name of CP_ANSI_950
+    CP_KSC5601 = 25,   ///< older name of CP_ANSI_949
+    CP_JOHAB = 26,     ///< older name of CP_ANSI_1361
+    CP_DOS866 = 27,    ///< DOS, Russian
+    CP_ANSI_1250 = 28, ///< Windows, central European
+    CP_ANSI_1251 = 29, ///< Windows, Cyrillic
+    CP_ANSI_1252 = 30, ///< Windows, western European
+    CP_GB2312 = 31,    ///< older name of CP_ANSI_936
+    CP_ANSI_1253 = 32, ///< Windows, Greek
+    CP_ANSI_1254 = 33, ///< Windows, Turkish
+    CP_ANSI_1255 = 34, ///< Windows, Hebrew
+    CP_ANSI_1256 = 35, ///< Windows, Arabic
+    CP_ANSI_1257 = 36, ///< Windows, Baltic
+    CP_ANSI_874 = 37,  ///< Windows, Thai
+    CP_ANSI_932 = 38,  ///< Windows, Japanese (Shift-JIS)
+    CP_ANSI_936 = 39,  ///< Windows, simplified Chinese (GBK)
+    CP_ANSI_949 = 40,  ///< Windows, Korean (unified Hangul code)
+    CP_ANSI_950 = 41,  ///< Windows, traditional Chinese (Big5)
+    CP_ANSI_1361 = 42, ///< Windows, Korean (Johab); has no table here
+    CP_ANSI_1258 = 44, ///< Windows, Vietnamese
+    CP_UTF8 = 45,      ///< UTF-8
+    CP_CNT = 46        ///< the number of ids; the system code page where text is converted
 };
 
 /// Between code page ids and Windows (ANSI) code page numbers.
@@ -105,8 +105,8 @@ struct EkCpUnicodePair {
 
 /// A range of lead bytes, both ends included.
 struct EkLeaderBytes {
-    unsigned char first;
-    unsigned char last;
+    unsigned char first; ///< lowest
+    unsigned char last;  ///< highest, included
 };
 
 extern template class TV_OSBASE_API TvVector<EkCpUnicodePair>;
@@ -128,6 +128,7 @@ class TV_OSBASE_API EkCodepageMapper {
 public:
     /// A mapper without tables. `desc` may be null, which is an empty description.
     EkCodepageMapper(code_page_id id, const wchar_t* desc, unsigned int ansiCp);
+    /// Frees both vectors and the description; the single-byte table stays.
     ~EkCodepageMapper();
     EkCodepageMapper(const EkCodepageMapper&) = delete;
     EkCodepageMapper& operator=(const EkCodepageMapper&) = delete;
@@ -142,12 +143,12 @@ public:
 
     unsigned int m_tableOffset;               ///< bytes in the map file, less 256; 0 = no table there
     const unsigned short* m_pSingleByteTable; ///< 128 units for bytes 0x80..0xFF; 0 = no character
-    TvVector<EkLeaderBytes> m_leadBytes;
-    TvVector<EkCpUnicodePair> m_pairs;
-    code_page_id m_id;
-    CStdStr<wchar_t> m_desc;
-    unsigned int m_ansiCp;
-    int m_bLoaded; ///< 1 = nothing is left to be read from the map file
+    TvVector<EkLeaderBytes> m_leadBytes;      ///< ranges of lead bytes; none in a single-byte code page
+    TvVector<EkCpUnicodePair> m_pairs;        ///< the double-byte table, ascending by code
+    code_page_id m_id;                        ///< the id that this mapper was made for
+    CStdStr<wchar_t> m_desc;                  ///< the name, such as "ansi_1252"
+    unsigned int m_ansiCp;                    ///< the Windows number
+    int m_bLoaded;                            ///< 1 = nothing is left to be read from the map file
 
     /// The library's own: what speeds up look-ups in the tables, or null.
     mutable TvDetail::CodepageIndex* m_index;
@@ -167,7 +168,9 @@ public:
 ///     EkCodepageMapper* mapper = pages->findMapperByDesc(L"ANSI_1252");
 class TV_OSBASE_API EkCodepages {
 public:
+    /// Empty: every slot is null.
     constexpr EkCodepages() : m_mappers{} {}
+    /// Destroys the mappers.
     ~EkCodepages();
     EkCodepages(const EkCodepages&) = delete;
     EkCodepages& operator=(const EkCodepages&) = delete;
@@ -183,9 +186,10 @@ public:
     /// Makes the mappers of ids 0 to 44, unless the registry is filled already.
     void initCodepages();
 
+    /// releaseCodepages().
     void release();
 
-    /// Destroys all mappers.
+    /// Destroys all mappers; the registry is empty then, and init() may be called again.
     void releaseCodepages();
 
     /// The mapper of `id`, null for CP_UTF8, that of "undefined" for ids outside 0..45.
@@ -218,11 +222,16 @@ TV_OSBASE_API void ekCleanupCodepageMapper();
 /// The next 16 bits of a stream as an unsigned number, lowest byte first. `stream` is not null.
 TV_OSBASE_API unsigned short getUShort(TvStreamBuf* stream);
 
-/// Older names of TvCharConverter::isMBCBCodepage, isMIFCodepage, getMIFCodepage and
-/// getMIFIndex.
+/// Older name of TvCharConverter::isMBCBCodepage().
 TV_OSBASE_API bool IsMultiByteCodePage(code_page_id id);
+
+/// Older name of TvCharConverter::isMIFCodepage().
 TV_OSBASE_API bool isAsianCodepage(code_page_id id);
+
+/// TvCharConverter::getMIFCodepage(), of the code page digit `c` as a character.
 TV_OSBASE_API code_page_id mapCodepage(short c);
+
+/// TvCharConverter::getMIFIndex(): the code page digit of `id` as a character.
 TV_OSBASE_API int reMapCodepage(code_page_id id);
 
 #endif

@@ -8,8 +8,11 @@
 /// Marks a private member of an exported class that is not exported.
 #define TV_LOCAL __attribute__((visibility("hidden")))
 
+/// The version of these headers, for `#if`: it rises when compiled modules break.
 #define TV_OSBASE_VERSION_MAJOR 1
+/// Rises when something is added.
 #define TV_OSBASE_VERSION_MINOR 0
+/// Rises when nothing is added and nothing breaks.
 #define TV_OSBASE_VERSION_PATCH 0
 
 #endif

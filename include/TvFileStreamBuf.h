@@ -1,10 +1,9 @@
-// TvFileStreamBuf.h - byte streams over files, and the functions that open
-// them.
+// TvFileStreamBuf.h - byte streams over files, and the functions that open them.
 //
-// createFileIStreamBuf() reads a file through a mapping, createFileOStreamBuf()
-// writes one through a cache; createFileStreamBuf() and createFileIOStreamBuf()
-// do both, unbuffered by this library. TvFileSystem::createFileBuf() chooses
-// between the first two. For bytes in memory see TvMemStreamBuf.h.
+// createFileIStreamBuf() reads a file through a mapping, createFileOStreamBuf() writes one
+// through a cache; createFileStreamBuf() and createFileIOStreamBuf() do both, unbuffered by
+// this library. TvFileSystem::createFileBuf() chooses between the first two. For bytes in
+// memory see TvMemStreamBuf.h.
 #ifndef TV_FILE_STREAM_BUF_H
 #define TV_FILE_STREAM_BUF_H
 
@@ -20,18 +19,20 @@
 
 /// What every file stream can tell about its file.
 ///
-/// **Errors**: none. **Memory**: the name belongs to the stream and ends with
-/// its close.
+/// **Errors**: none. **Memory**: the name belongs to the stream and ends with its close.
 /// **Threads**: one stream, one thread.
 class TV_OSBASE_API TvFileStreamBuf : public TvStreamBuf {
 public:
+    /// For streams that derive.
     TvFileStreamBuf() = default;
     TvFileStreamBuf(const TvFileStreamBuf&) = delete;
     TvFileStreamBuf& operator=(const TvFileStreamBuf&) = delete;
+    /// Closes nothing: streams that derive do.
     ~TvFileStreamBuf() override;
 
     /// The name given to open(), or null.
     virtual const wchar_t* fileName() const = 0;
+    /// The mode given to open(); 0 while there is no file.
     virtual TvIO::ShareMode shareMode() const = 0;
 
     /// The C library's stream (FILE*). Null, or the pointer of all one bits,
@@ -42,17 +43,14 @@ public:
 /// A file, read and written through the C library's stream.
 ///
 /// What surprises:
-///  - A failed open leaves a stream without a file. Some failures are not told
-///  through
+///  - A failed open leaves a stream without a file. Some failures are not told through
 ///    `*status` (see the constructor): look at fileHandle(), too.
 ///  - seek() with kSeekFromEnd counts *forward* from the end.
 ///  - truncate() cuts nothing: it moves the cursor to the end.
 ///  - readBytes() says nothing of a short read.
-///  - length() counts bytes on disk; what the C library still holds back does
-///  not count.
-///  - getBytes()/setBytes() put the cursor back in the form without a position,
-///  and leave
-///    it behind the bytes in the form with one.
+///  - length() counts bytes on disk; what the C library still holds back does not count.
+///  - getBytes()/setBytes() put the cursor back in the form without a position, and leave it
+///    behind the bytes in the form with one.
 ///
 /// Locks. Every open takes a shared POSIX record lock on the whole file, and an
 /// open for reading and writing with kShareDenyWrite and kOpenExisting is
@@ -90,6 +88,7 @@ public:
     /// `*status` says nothing.
     TvFileStreamBufImpl(const wchar_t* name, Orna::ErrorStatus* status, TvIO::AccessMode access,
                         TvIO::ShareMode share, TvIO::CreationDisposition disposition);
+    /// The same with plain numbers for the modes.
     TvFileStreamBufImpl(const wchar_t* name, Orna::ErrorStatus* status, std::uint32_t access,
                         std::uint32_t share, std::uint32_t disposition)
         : TvFileStreamBufImpl(name, status, static_cast<TvIO::AccessMode>(access),
@@ -104,23 +103,36 @@ public:
     /// Closes; what close() would throw is lost here.
     ~TvFileStreamBufImpl() override;
 
+    /// Position of the cursor, in bytes; 0 without a file.
     std::uint64_t tell() const override;
+    /// Bytes on disk; 0 without a file.
     std::uint64_t length() const override;
+    /// Moves the cursor to the end, and cuts nothing.
     void truncate() override;
 
     /// 0. Where the C library refuses the place: "File internal error!" is
     /// thrown, or -1 returned when the low 32 bits of `offset` are all ones.
     std::int64_t seek(std::uint64_t offset, TvIO::SeekType type) override;
 
+    /// Reads up to `count` bytes at the cursor. A short read is not told: what is missing of `buf`
+    /// stays as it was.
     void readBytes(unsigned char* buf, std::uint32_t count) override;
+    /// Writes `count` bytes at the cursor; throws "Write file error!" when not all were taken.
     void writeBytes(const unsigned char* buf, std::uint32_t count) override;
+    /// readBytes(); the cursor goes back.
     void getBytes(unsigned char* buf, std::uint32_t count) override;
+    /// readBytes() at `position`; the cursor stays behind the bytes.
     void getBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count) override;
+    /// writeBytes(); the cursor goes back.
     void setBytes(const unsigned char* buf, std::uint32_t count) override;
+    /// writeBytes() at `position`, past the end too; the cursor stays behind the bytes.
     void setBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count) override;
 
+    /// The name as it was given; null without a file and for an adopted one.
     const wchar_t* fileName() const override;
+    /// The mode given to open(); 0 without a file and for an adopted one.
     TvIO::ShareMode shareMode() const override;
+    /// The FILE*; null or the pointer of all one bits when there is none.
     void* fileHandle() const override;
 
     /// Gives the file back. Everything is released even where "Write file error!"
@@ -142,6 +154,7 @@ public:
     /// one.
     Orna::ErrorStatus open(const wchar_t* name, TvIO::AccessMode access, TvIO::ShareMode share,
                            TvIO::CreationDisposition disposition);
+    /// The same with plain numbers for the modes.
     Orna::ErrorStatus open(const wchar_t* name, std::uint32_t access, std::uint32_t share,
                            std::uint32_t disposition)
     {
@@ -184,8 +197,7 @@ private:
 /// ended by close(). **Threads**: one thread.
 ///
 ///     Orna::ErrorStatus status = Orna::eOk;
-///     TvFileIStreamBuf* file = createFileIStreamBuf(L"fonts.dat", &status,
-///     TvIO::kAccessRead,
+///     TvFileIStreamBuf* file = createFileIStreamBuf(L"fonts.dat", &status, TvIO::kAccessRead,
 ///         TvIO::kShareDenyNone, TvIO::kOpenExisting);
 class TV_OSBASE_API TvFileIStreamBuf : public TvFileStreamBufImpl {
 public:
@@ -200,6 +212,7 @@ public:
     /// closed.
     TvFileIStreamBuf(const wchar_t* name, Orna::ErrorStatus* status, TvIO::AccessMode access,
                      TvIO::ShareMode share, TvIO::CreationDisposition disposition);
+    /// The same with plain numbers for the modes.
     TvFileIStreamBuf(const wchar_t* name, Orna::ErrorStatus* status, std::uint32_t access,
                      std::uint32_t share, std::uint32_t disposition)
         : TvFileIStreamBuf(name, status, static_cast<TvIO::AccessMode>(access),
@@ -207,17 +220,29 @@ public:
                            static_cast<TvIO::CreationDisposition>(disposition))
     {
     }
+    /// Closes.
     ~TvFileIStreamBuf() override;
 
+    /// Position of the cursor, in bytes.
     std::uint64_t tell() const override;
+    /// The length at the moment of opening, in bytes.
     std::uint64_t length() const override;
+    /// Throws "File internal error!"; nothing without a file.
     void truncate() override;
+    /// Moves the cursor and returns where it is, in bytes; throws "Out of file stream buffer!" for
+    /// a place past the end.
     std::int64_t seek(std::uint64_t offset, TvIO::SeekType type) override;
+    /// The byte at the cursor, which moves on; throws "End of file!" when there is none.
     unsigned char readByte() override;
+    /// All `count` bytes, or throws "End of file!" and reads none.
     void readBytes(unsigned char* buf, std::uint32_t count) override;
+    /// Throws "Write file error!".
     void writeBytes(const unsigned char* buf, std::uint32_t count) override;
+    /// As readBytes(): moves the cursor.
     void getBytes(unsigned char* buf, std::uint32_t count) override;
+    /// Throws "Write file error!".
     void setBytes(const unsigned char* buf, std::uint32_t count) override;
+    /// Ends the mapping and closes the file. May be called repeatedly.
     void close() override;
 
 private:
@@ -249,8 +274,7 @@ private:
 /// once. **Threads**: one thread.
 ///
 ///     Orna::ErrorStatus status = Orna::eOk;
-///     TvFileOStreamBuf* file = createFileOStreamBuf(L"plan.bin", &status,
-///     TvIO::kAccessWrite,
+///     TvFileOStreamBuf* file = createFileOStreamBuf(L"plan.bin", &status, TvIO::kAccessWrite,
 ///         TvIO::kShareDenyNone, TvIO::kCreateAlways, 16384);
 class TV_OSBASE_API TvFileOStreamBuf : public TvFileStreamBufImpl {
 public:
@@ -264,6 +288,7 @@ public:
     TvFileOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status, TvIO::AccessMode access,
                      TvIO::ShareMode share, TvIO::CreationDisposition disposition,
                      unsigned int cacheCapacity);
+    /// The same with plain numbers for the modes.
     TvFileOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status, std::uint32_t access,
                      std::uint32_t share, std::uint32_t disposition, unsigned int cacheCapacity)
         : TvFileOStreamBuf(name, status, static_cast<TvIO::AccessMode>(access),
@@ -271,22 +296,37 @@ public:
                            static_cast<TvIO::CreationDisposition>(disposition), cacheCapacity)
     {
     }
+    /// Closes; what close() would throw is lost here.
     ~TvFileOStreamBuf() override;
 
-    /// The cache counts as written.
+    /// Position of the cursor, in bytes; the cache counts as written.
     std::uint64_t tell() const override;
+    /// Bytes on disk, or up to the cursor if that is more.
     std::uint64_t length() const override;
+    /// Writes the cache and moves as TvFileStreamBufImpl does: 0, or -1.
     std::int64_t seek(std::uint64_t offset, TvIO::SeekType type) override;
+    /// Writes a byte, into the cache first.
     void writeByte(unsigned char b) override;
+    /// Writes the cache, then reads as TvFileStreamBufImpl does.
     void readBytes(unsigned char* buf, std::uint32_t count) override;
+    /// Writes `count` bytes, up to 16384 of them into the cache first; throws "Write file error!"
+    /// when the disk refuses what has to go there.
     void writeBytes(const unsigned char* buf, std::uint32_t count) override;
+    /// Writes the cache, then reads; the cursor goes back.
     void getBytes(unsigned char* buf, std::uint32_t count) override;
+    /// Writes the cache, then reads at `position`; the cursor stays behind the bytes.
     void getBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count) override;
+    /// Changes bytes of the cache, which then do not reach the file; as TvFileStreamBufImpl where
+    /// `count` exceeds what the cache holds.
     void setBytes(const unsigned char* buf, std::uint32_t count) override;
+    /// The same at an index into the cache; as TvFileStreamBufImpl where `count` exceeds what the
+    /// cache holds.
     void setBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count) override;
+    /// Writes the cache and closes the file. Everything is released even where "Write file error!"
+    /// is thrown. May be called repeatedly.
     void close() override;
 
-    /// Writes the cache up to its cursor to the file.
+    /// Writes the cache up to its cursor to the file; throws "Write file error!".
     void flush();
 
 private:
@@ -303,8 +343,10 @@ private:
 /// **Errors**, **Memory**, **Threads**: as TvFileStreamBufImpl.
 class TV_OSBASE_API TvFileIOStreamBuf : public TvFileStreamBufImpl {
 public:
+    /// As TvFileStreamBufImpl.
     TvFileIOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status, TvIO::AccessMode access,
                       TvIO::ShareMode share, TvIO::CreationDisposition disposition);
+    /// The same with plain numbers for the modes.
     TvFileIOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status, std::uint32_t access,
                       std::uint32_t share, std::uint32_t disposition)
         : TvFileIOStreamBuf(name, status, static_cast<TvIO::AccessMode>(access),
@@ -312,37 +354,47 @@ public:
                             static_cast<TvIO::CreationDisposition>(disposition))
     {
     }
+    /// Adopts an open FILE*, which the stream closes.
     explicit TvFileIOStreamBuf(void* handle);
+    /// Closes; what close() would throw is lost here.
     ~TvFileIOStreamBuf() override;
 };
 
-/// The factories. Each makes a stream, also where the file could not be opened:
-/// look at
-/// `*status`, to be set to eOk before, and at fileHandle() (see
-/// TvFileStreamBufImpl). Null only when there is no memory for the object. The
-/// caller frees the stream with delete or destoryFileIOStreamBuf().
+/// Opens a file for reading and writing, unbuffered by this library.
+///
+/// As all factories it makes a stream also where the file could not be opened: look at
+/// `*status`, to be set to eOk before, and at fileHandle() (see TvFileStreamBufImpl). Null
+/// only when there is no memory for the object. The caller frees the stream with delete or
+/// destoryFileIOStreamBuf().
 TV_OSBASE_API TvFileStreamBufImpl* createFileStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                                        TvIO::AccessMode access, TvIO::ShareMode share,
                                                        TvIO::CreationDisposition disposition);
+
+/// Opens a file for reading, through a mapping. Results as of createFileStreamBuf().
 TV_OSBASE_API TvFileIStreamBuf* createFileIStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                                      TvIO::AccessMode access, TvIO::ShareMode share,
                                                      TvIO::CreationDisposition disposition);
+
+/// Opens a file for writing through a cache; `cacheCapacity` is room taken at once, in bytes.
+/// Results as of createFileStreamBuf().
 TV_OSBASE_API TvFileOStreamBuf* createFileOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                                      TvIO::AccessMode access, TvIO::ShareMode share,
                                                      TvIO::CreationDisposition disposition,
                                                      unsigned int cacheCapacity);
+
+/// createFileStreamBuf() under the other class name.
 TV_OSBASE_API TvFileIOStreamBuf* createFileIOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                                        TvIO::AccessMode access, TvIO::ShareMode share,
                                                        TvIO::CreationDisposition disposition);
 
-/// Adopts an open FILE*, which the stream closes.
+/// Adopts an open FILE*, which the stream closes. Null when there is no memory for the object,
+/// which leaves the FILE* open.
 TV_OSBASE_API TvFileIOStreamBuf* createFileIOStreamBuf(void* handle);
 
-/// Destroys a stream of any of the factories; null is ignored. (The spelling is
-/// the name.)
+/// Destroys a stream of any of the factories; null is ignored. (The spelling is the name.)
 TV_OSBASE_API void destoryFileIOStreamBuf(TvFileStreamBuf* stream);
 
-/// The factories with plain numbers for the modes.
+/// createFileStreamBuf() with plain numbers for the modes.
 inline TvFileStreamBufImpl* createFileStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                                 std::uint32_t access, std::uint32_t share,
                                                 std::uint32_t disposition)
@@ -352,6 +404,7 @@ inline TvFileStreamBufImpl* createFileStreamBuf(const wchar_t* name, Orna::Error
                                static_cast<TvIO::CreationDisposition>(disposition));
 }
 
+/// createFileIStreamBuf() with plain numbers for the modes.
 inline TvFileIStreamBuf* createFileIStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                               std::uint32_t access, std::uint32_t share,
                                               std::uint32_t disposition)
@@ -361,6 +414,7 @@ inline TvFileIStreamBuf* createFileIStreamBuf(const wchar_t* name, Orna::ErrorSt
                                 static_cast<TvIO::CreationDisposition>(disposition));
 }
 
+/// createFileOStreamBuf() with plain numbers for the modes.
 inline TvFileOStreamBuf* createFileOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                               std::uint32_t access, std::uint32_t share,
                                               std::uint32_t disposition, unsigned int cacheCapacity)
@@ -370,6 +424,7 @@ inline TvFileOStreamBuf* createFileOStreamBuf(const wchar_t* name, Orna::ErrorSt
                                 static_cast<TvIO::CreationDisposition>(disposition), cacheCapacity);
 }
 
+/// createFileIOStreamBuf() with plain numbers for the modes.
 inline TvFileIOStreamBuf* createFileIOStreamBuf(const wchar_t* name, Orna::ErrorStatus* status,
                                                 std::uint32_t access, std::uint32_t share,
                                                 std::uint32_t disposition)

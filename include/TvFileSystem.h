@@ -1,5 +1,4 @@
-// TvFileSystem.h - questions about files, the choice of a file stream, and path
-// texts.
+// TvFileSystem.h - questions about files, the choice of a file stream, and path texts.
 //
 // TvFileSystem looks at the disk, TvPathMaker only at the text of a path.
 #ifndef TV_FILE_SYSTEM_H
@@ -28,10 +27,8 @@
 /// createFileBuf(). **Threads**: one thread.
 ///
 ///     if (TvFileSystem::isFileExisting(L"codepage.map"))
-///         stream = TvFileSystem::createFileBuf(L"codepage.map",
-///         TvIO::kAccessRead,
-///                                              TvIO::kShareDenyNone,
-///                                              TvIO::kOpenExisting);
+///         stream = TvFileSystem::createFileBuf(L"codepage.map", TvIO::kAccessRead,
+///                                              TvIO::kShareDenyNone, TvIO::kOpenExisting);
 class TV_OSBASE_API TvFileSystem {
 public:
     /// The C library's access(): 0, or -1 where `mode` (F_OK, R_OK, W_OK, X_OK)
@@ -48,6 +45,7 @@ public:
     /// True when `path`, taken as UTF-8 whatever the locale, is no directory and
     /// allows `access`.
     static bool accessFile(const wchar_t* path, TvIO::AccessMode access);
+    /// The same with a plain number for the mode.
     static bool accessFile(const wchar_t* path, std::uint32_t access)
     {
         return accessFile(path, static_cast<TvIO::AccessMode>(access));
@@ -62,6 +60,7 @@ public:
     /// the stream with delete or destoryFileIOStreamBuf().
     static TvFileStreamBuf* createFileBuf(const wchar_t* path, TvIO::AccessMode access, TvIO::ShareMode share,
                                           TvIO::CreationDisposition disposition);
+    /// The same with plain numbers for the modes.
     static TvFileStreamBuf* createFileBuf(const wchar_t* path, std::uint32_t access, std::uint32_t share,
                                           std::uint32_t disposition)
     {
@@ -72,27 +71,50 @@ public:
     /// Size in bytes; all bits set when there is no such file.
     static std::uint64_t getFileSize(const wchar_t* path);
 
-    // Not available on this platform: nothing is done, no buffer is written, and
-    // the result is false or 0.
+    /// @name Not available on this platform
+    /// Nothing is done, no buffer is written, and the result is false or 0.
+    /// @{
+
+    /// Not available: false, of a directory too.
     static bool isDirectory(const wchar_t* path);
+    /// Not available: 0, and no file is made.
     static int createFile(const wchar_t* path);
+    /// Not available: 0, and the file stays.
     static int deleteFile(const wchar_t* path);
+    /// Not available: 0, and the file keeps its name.
     static int renameFile(const wchar_t* from, const wchar_t* to);
+    /// Not available: 0.
     static std::uint64_t getCreationTime(const wchar_t* path);
+    /// Not available: 0.
     static std::uint64_t getAccessingTime(const wchar_t* path);
+    /// Not available: 0.
     static std::uint64_t getModificationTime(const wchar_t* path);
+    /// Not available: 0. Take TvStreamBuf::length().
     static std::uint64_t getFileSize(void* handle);
+    /// Not available: 0, and no directory is made.
     static int createDirectory(const wchar_t* path);
+    /// Not available: 0, and the directory stays.
     static int deleteDirectory(const wchar_t* path);
+    /// Not available: 0, and the current directory stays.
     static int setCurrentDirectory(const wchar_t* path);
+    /// Not available: 0, and `out` stays as it is.
     static int getCurrentDirectory(wchar_t* out);
+    /// Not available: 0, and `out` stays as it is.
     static int getOSDirectory(wchar_t* out);
+    /// Not available: 0, and `out` stays as it is.
     static int getSystemDirectory(wchar_t* out);
+    /// Not available: 0, and `out` stays as it is.
     static int getTempDirectory(wchar_t* out);
+    /// Not available: 0, and `out` stays as it is.
     static int getRunDirectory(wchar_t* out);
+    /// Not available: 0.
     static std::uint64_t getDiskAvailableSpace(const wchar_t* path);
+    /// Not available: 0.
     static std::uint64_t getDiskFreeSpace(const wchar_t* path);
+    /// Not available: 0.
     static std::uint64_t getDiskTotalSpace(const wchar_t* path);
+
+    /// @}
 };
 
 /// Checks and splits path texts. Slash and backslash both separate.
@@ -117,11 +139,12 @@ public:
     /// True; nothing is written.
     static bool getAbsolutePath(wchar_t* out, unsigned int count, const wchar_t* path);
 
-    /// The length of the part that was written to `out`, 0 when the path has none
-    /// or the part does not fit. Room: 64, 260 and 8 characters. The directory
-    /// keeps its last separator, the extension its dot.
+    /// Writes the drive ("C:") to `out`, which has room for 64 characters. The length of what was
+    /// written, 0 when the path has none or it does not fit.
     static int getDriverName(wchar_t* out, const wchar_t* path);
+    /// The same with the directory, its last separator included. Room: 260 characters.
     static int getParentDir(wchar_t* out, const wchar_t* path);
+    /// The same with the extension, its dot included. Room: 8 characters.
     static int getExtFileName(wchar_t* out, const wchar_t* path);
 
     /// The name without directory and extension. Room: 1024 characters. `rest` is

@@ -51,8 +51,8 @@ struct FormatParameters {
 /// move up. A conversion whose number was fetched as another type reads 0 or an empty
 /// string. Number 0 and numbers above 4096 make the call fail with -1.
 ///
-/// Errors: the result. Memory: heap memory only for numbered arguments, released before
-/// the call returns; -1 when there is none. Threads: re-entrant, but %q reads g_appUnits.
+/// **Errors**: the result. **Memory**: heap memory only for numbered arguments, released before
+/// the call returns; -1 when there is none. **Threads**: re-entrant, but %q reads g_appUnits.
 TV_OSBASE_API int OutputWithFormat(wchar_t** out, int capacity, const wchar_t* format, va_list* args);
 
 /// Writes `value` as `%f` does, with `precision` fraction digits, into `buffer`.
@@ -62,8 +62,8 @@ TV_OSBASE_API int FormatScienceDoubleAndOutputString(wchar_t* buffer, int capaci
 
 /// The pieces of the output engine.
 ///
-/// Errors: by result, as each operation says. Memory: none allocated.
-/// Threads: re-entrant; the unit operations read g_appUnits.
+/// **Errors**: by result, as each operation says. **Memory**: none allocated.
+/// **Threads**: re-entrant; the unit operations read g_appUnits.
 ///
 ///     wchar_t text[32];
 ///     int n = FormatUtil::outputStringWithFormat(text, 32, L"%5d|%.2f", 42, 1.5);   // "   42|1.50", 9

@@ -79,6 +79,7 @@ private:
     TV_LOCAL static TvFCvtAllocator s_instance;
 };
 
+/// The allocator of the process.
 TV_OSBASE_API TvFCvtAllocator& tvFCvtAllocator();
 
 /// Correctly rounded decimal digits of a double, and the big-integer toolkit.
@@ -122,7 +123,9 @@ public:
     /// Gives back a string of dtoa(), rv_alloc() or nrv_alloc(). Null is allowed.
     static void freedtoa(char* digits);
 
+    /// tvFCvtAllocator().Alloc().
     static Bigint* Balloc(int k);
+    /// tvFCvtAllocator().Free().
     static void Bfree(Bigint* b);
 
     /// b * m + a, for `m` and `a` not below 0.
@@ -138,6 +141,7 @@ public:
     /// The number `i`, not below 0.
     static Bigint* i2b(int i);
 
+    /// a * b, a new number.
     static Bigint* mult(Bigint* a, Bigint* b);
 
     /// b * 5^e; `e` below 0 counts as 0. Exponents from 512 on work and are slower.
@@ -166,6 +170,7 @@ public:
     /// The number written by `nd` decimal digits at `s`. The first nine have the value
     /// `y9`; one character (the point) stands after the first `nd0` digits.
     static Bigint* s2b(const char* s, int nd0, int nd, unsigned int y9);
+    /// The same of wide digits.
     static Bigint* s2b(const wchar_t* s, int nd0, int nd, unsigned int y9);
 
     /// a / b to the precision of their leading 53 bits.

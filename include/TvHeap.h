@@ -27,10 +27,13 @@ struct TV_OSBASE_API TvPoolConfigurator {
     static const unsigned char s_poolIndexOfSize[257];
 };
 
+/// @cond
 template<>
 TV_OSBASE_API const short TvPoolConfigurator<34>::s_unitSizeOfPools[35];
 template<>
 TV_OSBASE_API const unsigned char TvPoolConfigurator<34>::s_poolIndexOfSize[257];
+
+/// @endcond
 
 /// The address range of the heap: its arithmetic and the calls that map it.
 ///
@@ -48,32 +51,38 @@ public:
     static void* pStartAddress; ///< range start, null when nothing could be reserved
     static short mOffSetId;     ///< page id of the range start: 0
 
-    /// Only the low 16 bits count: meaningful for addresses inside the range.
+    /// The id of the page that holds `address`, cut to 16 bits: meaningful inside the range only.
     static short sGetPageId(const void* address);
-    /// Null for id 0, whose page is never handed out.
+    /// Where the page starts; null for id 0, whose page is never handed out.
     static void* sGetPageAddress(short pageId);
+    /// Where the page that holds `address` starts: the multiple of 1 MiB at or below it.
     static void* sGetPageAddress(const void* address);
     /// Bytes from the page's start to the descriptor of the block that holds `address`.
     static std::size_t sGetBlockOffset(const void* address);
+    /// The descriptor of the block that holds `address`, at the start of its page.
     static void* sGetBlockAddress(const void* address);
 
-    /// Tests 32 GiB from the range start on, of which only the first 8 are reserved.
+    /// Whether `address` lies outside the 32 GiB from the range start on, of which only the
+    /// first 8 are reserved.
     static bool sIsOutofHeapRange(const void* address);
 
     /// `size` / 4096 for exact multiples of 4096, else 0.
     static std::size_t sGetPagePoolIndex(std::size_t size);
+    /// `index` * 4096: the bytes of a unit of that page pool.
     static std::size_t sGetSizeOfPagePool(std::size_t index);
 
     /// Fills 32768 bytes: every page may be taken but the first.
     static void sInitPageFlags(unsigned char* flags);
 
-    /// mmap without a file; null when it fails. `flags` may hold MAP_FIXED, which
+    /// mmap() of `length` bytes without a file; null when it fails. `flags` may hold MAP_FIXED, which
     /// replaces what is mapped there.
     static void* tvMemoryReserve(void* address, std::size_t length, int protection, int flags);
-    /// Makes pages readable and writable; six tries, then null. Else `address`.
+    /// Makes `length` bytes from `address` on readable and writable; six tries, then null. Else
+    /// `address`.
     static void* tvMemoryCommit(void* address, std::size_t length);
-    /// Takes all access away; the content stays.
+    /// Takes all access to `length` bytes away; the content stays. False when it fails.
     static bool tvMemoryDeCommit(void* address, std::size_t length);
+    /// munmap(): `length` bytes from `address` on; false when it fails.
     static bool tvMemoryRelease(void* address, std::size_t length);
 
     /// Reserves `length` bytes without access at the first candidate address that is
@@ -88,8 +97,11 @@ public:
 ///     TvHeapDbgDumper::dump(unit);
 class TV_OSBASE_API TvHeapDbgDumper {
 public:
+    /// Does nothing.
     static void init();
+    /// Does nothing.
     static void uninit();
+    /// Does nothing.
     static void dump(const void* unit);
 };
 
@@ -119,11 +131,11 @@ public:
 template<int PoolCount, class PoolConfigurator, class HeapConfigurator, class DbgDumper>
 class TV_OSBASE_API TvHeap {
 public:
-    static constexpr std::size_t kRangeSize = 0x200000000;
-    static constexpr std::size_t kPageSize = 0x100000;
-    static constexpr std::size_t kBlockSize = 0x1000;
-    static constexpr int kPageIds = 32768;
-    static constexpr int kPagePools = 256;
+    static constexpr std::size_t kRangeSize = 0x200000000; ///< bytes of the reserved range, 8 GiB
+    static constexpr std::size_t kPageSize = 0x100000;     ///< bytes of a page, 1 MiB
+    static constexpr std::size_t kBlockSize = 0x1000;      ///< bytes of a block, 4 KiB
+    static constexpr int kPageIds = 32768; ///< page ids, of which the first 8192 lie in the range
+    static constexpr int kPagePools = 256; ///< page pools, for units of 1 to 256 times 4096 bytes
 
     /// `Block::flags`, `PageHeap::flags`: the free units form a linked list, each one's
     /// first word the address of the next; clear: they are the run from `freeUnit` on.
@@ -135,17 +147,19 @@ public:
 
     /// Descriptor of a block; that of block n lies at page start + n * 32.
     struct Block {
-        Block* next;
-        Block* prev;
+        Block* next;            ///< in the list that the block is on; null at its end
+        Block* prev;            ///< the same, backwards
         void* freeUnit;         ///< next unit to hand out, null when none is free
         std::int32_t freeCount; ///< free units
         std::int16_t poolIndex; ///< 0 while the block is no pool's
-        std::int16_t flags;
+        std::int16_t flags;     ///< kLinked or 0
 
+        /// Which block of its page this is, 0 to 255.
         int id() const { return static_cast<int>((reinterpret_cast<std::uintptr_t>(this) >> 5) & 0xFF); }
+        /// The block's start.
         char* firstUnit() const { return pageStart() + static_cast<std::size_t>(id()) * kBlockSize; }
-        /// Counted back from the block's end: where `unitSize` does not divide 4096 this
-        /// is no unit's address.
+        /// Where the last unit would start, counted back from the block's end: where `unitSize` does not
+        /// divide 4096 this is no unit's address.
         char* lastUnit(std::size_t unitSize) const { return firstUnit() + kBlockSize - unitSize; }
         /// Does nothing; see TvHeapDbgDumper.
         void dump() {}
@@ -159,86 +173,92 @@ public:
 
     /// Descriptor 0 of a page that holds blocks. Page ids are links, 0 is none.
     struct Page {
-        Block* freeBlocks;        ///< free blocks with access, linked through `next`
-        Block* decommittedBlocks; ///< the other free blocks, linked through `next`
-        std::int16_t nextPageId;
-        std::int32_t prevPageId;
-        std::int32_t freeBlockCount;
-        std::int32_t decommittedCount;
+        Block* freeBlocks;             ///< free blocks with access, linked through `next`
+        Block* decommittedBlocks;      ///< the other free blocks, linked through `next`
+        std::int16_t nextPageId;       ///< in the list of pages that the page is on
+        std::int32_t prevPageId;       ///< the same, backwards
+        std::int32_t freeBlockCount;   ///< blocks in freeBlocks
+        std::int32_t decommittedCount; ///< blocks in decommittedBlocks
     };
 
     /// Record of a page that a page pool holds, outside the page.
     struct PageHeap {
-        std::int16_t poolIndex = 0;
-        std::int16_t flags = 0;
-        std::int16_t pageId = -1; ///< -1 while no page pool holds the page
-        std::int16_t freeCount = 0;
-        void* freeUnit = nullptr; ///< an address in the page, unlike firstUnit()
-        PageHeap* next = nullptr;
-        PageHeap* prev = nullptr;
+        std::int16_t poolIndex = 0; ///< the page pool that holds the page
+        std::int16_t flags = 0;     ///< kLinked or 0
+        std::int16_t pageId = -1;   ///< -1 while no page pool holds the page
+        std::int16_t freeCount = 0; ///< free units
+        void* freeUnit = nullptr;   ///< an address in the page, unlike firstUnit()
+        PageHeap* next = nullptr;   ///< in the list that the page is on; null at its end
+        PageHeap* prev = nullptr;   ///< the same, backwards
 
-        /// Bytes from the range start on.
+        /// The page's start, in bytes from the range start on.
         std::uintptr_t firstUnit() const { return static_cast<std::uintptr_t>(pageId) << 20; }
-        /// Bytes from the range start on, counted back from the page's end.
+        /// Where the last unit starts, in bytes from the range start on, counted back from the page's end.
         std::uintptr_t lastUnit(std::size_t unitSize) const
         {
             return (static_cast<std::uintptr_t>(pageId + 1) << 20) - unitSize;
         }
     };
 
+    /// The blocks of one unit size.
     struct Pool {
-        TvLocker lock;
-        std::uint64_t unitSize;
-        std::int32_t index;
-        std::int32_t unitsPerBlock;
-        Block* availBlocks; ///< blocks with a free unit
-        Block* fullBlocks;  ///< blocks without one
+        TvLocker lock;              ///< never taken
+        std::uint64_t unitSize;     ///< bytes
+        std::int32_t index;         ///< in `pools`
+        std::int32_t unitsPerBlock; ///< 4096 by the unit size, without a remainder
+        Block* availBlocks;         ///< blocks with a free unit
+        Block* fullBlocks;          ///< blocks without one
     };
 
+    /// The pages of one unit size.
     struct PagePool {
-        TvLocker lock;
-        std::uint64_t unitSize;
-        std::int32_t index;
-        std::int32_t unitsPerPage;
-        PageHeap* availPages;
-        PageHeap* fullPages;
+        TvLocker lock;             ///< never taken
+        std::uint64_t unitSize;    ///< bytes, a multiple of 4096
+        std::int32_t index;        ///< in `pagePools`
+        std::int32_t unitsPerPage; ///< 1 MiB by the unit size, without a remainder
+        PageHeap* availPages;      ///< pages with a free unit
+        PageHeap* fullPages;       ///< pages without one
     };
 
     TvHeap(const TvHeap&) = delete;
     TvHeap& operator=(const TvHeap&) = delete;
 
-    /// A size of 0 is taken as 1.
+    /// `size` bytes without a value; a size of 0 is taken as 1. Null when there is no memory.
     void* allocHeap(std::size_t size);
-    /// Null leaves the old unit as it is.
+    /// Moves the content to `size` bytes; null leaves the old unit as it is. What did not come from
+    /// the pools goes through the C library's realloc(), a null pointer too.
     void* reallocHeap(void* ptr, std::size_t size);
+    /// Gives back what any operation here returned. Null is allowed.
     void freeHeap(void* ptr);
     /// Bytes that `ptr` may use: its unit's size, or what the C library says.
     std::size_t sizeOfHeap(const void* ptr);
 
-    /// Pooled for exact multiples of 4096 up to 1 MiB, else from `malloc`.
+    /// `size` bytes without a value: pooled for exact multiples of 4096 up to 1 MiB, else from `malloc`.
     void* allocHeapPage(std::size_t size);
+    /// freeHeap().
     void freeHeapPage(void* ptr);
 
     /// Whether `ptr` lies in a page of the reserved range that is in use.
     bool isResident(const void* ptr) const;
 
-    TvLocker m_smallLock;
-    TvLocker m_blockLock;
-    TvLocker m_pageLock;
-    Pool* pools[PoolCount + 1];
-    Page* m_freeBlockPages;   ///< pages with free blocks that have access
-    Page* m_decommittedPages; ///< pages whose only free blocks have none
-    PagePool* pagePools[kPagePools + 1];
-    PageHeap pageHeaps[kPageIds];
-    short m_searchHint; ///< page id where the next search for a free page starts
-    unsigned char m_pageFlags[kPageIds];
-    bool m_freeDisabled; ///< a host may set it: frees of pooled units are ignored then
+    TvLocker m_smallLock;                ///< never taken
+    TvLocker m_blockLock;                ///< never taken
+    TvLocker m_pageLock;                 ///< never taken
+    Pool* pools[PoolCount + 1];          ///< by pool index; null for 0
+    Page* m_freeBlockPages;              ///< pages with free blocks that have access
+    Page* m_decommittedPages;            ///< pages whose only free blocks have none
+    PagePool* pagePools[kPagePools + 1]; ///< by multiple of 4096; null for 0
+    PageHeap pageHeaps[kPageIds];        ///< by page id
+    short m_searchHint;                  ///< page id where the next search for a free page starts
+    unsigned char m_pageFlags[kPageIds]; ///< by page id: kPageInUse or kPageFree
+    bool m_freeDisabled;                 ///< a host may set it: frees of pooled units are ignored then
 
     // One heap in the process: its range is the configurator's.
     TV_LOCAL TvHeap();
     TV_LOCAL ~TvHeap();
 };
 
+/// The heap of the process; the last static object of the library to be built, and the first to go.
 extern TV_OSBASE_API TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper> g_tvGlobalHeap;
 
 #endif

@@ -9,7 +9,7 @@
 
 /// A lock that is taken and given back by hand.
 ///
-/// Errors: none. Memory: none. Threads: as the lock that implements it says.
+/// **Errors**: none. **Memory**: none. **Threads**: as the lock that implements it says.
 ///
 ///     TvLock* lock = createTvLock();
 ///     lock->lock();
@@ -17,40 +17,48 @@
 ///     delete lock;
 class TV_OSBASE_API TvLock {
 public:
+    /// Gives nothing back: unlock() first.
     virtual ~TvLock();
+    /// Takes the lock, waiting for it if need be.
     virtual void lock() = 0;
+    /// Gives the lock back.
     virtual void unlock() = 0;
 };
 
 /// The inert lock: lock() and unlock() do nothing, by intent.
 ///
-/// Errors, Memory: none. Threads: keeps none from another.
+/// **Errors**, **Memory**: none. **Threads**: keeps none from another.
 ///
 ///     TvImpLock_mac lock;
 ///     lock.lock();
 class TV_OSBASE_API TvImpLock_mac : public TvLock {
 public:
+    /// Nothing to free.
     ~TvImpLock_mac() override;
+    /// Does nothing.
     void lock() override;
+    /// Does nothing.
     void unlock() override;
 };
 
-/// Makes a new TvImpLock_mac, freed with delete by the caller.
+/// Makes a new TvImpLock_mac, freed with delete by the caller; null when there is no memory.
 TV_OSBASE_API TvLock* createTvLock();
 
 /// Owns a lock from createTvLock().
 ///
 /// Not a scope guard: neither end takes or gives back the lock.
 ///
-/// Errors: without memory there is no lock to own. Memory: the lock is deleted with its
-/// owner. Threads: none.
+/// **Errors**: without memory there is no lock to own. **Memory**: the lock is deleted with its
+/// owner. **Threads**: none.
 ///
 ///     class LayerTable {
 ///         TvLocker m_lock;
 ///     };
 class TV_OSBASE_API TvLocker {
 public:
+    /// Makes its lock, and does not take it.
     TvLocker();
+    /// Deletes its lock, and does not give it back.
     ~TvLocker();
     TvLocker(const TvLocker&) = delete;
     TvLocker& operator=(const TvLocker&) = delete;
@@ -61,7 +69,7 @@ private:
 
 /// Base of objects that a thread can wait for. The waits here return 0 at once.
 ///
-/// Errors, Memory: none. Threads: as the class that implements signal() says.
+/// **Errors**, **Memory**: none. **Threads**: as the class that implements signal() says.
 ///
 ///     class PlotDone : public TvSignalObject {
 ///         void signal() override { m_done = true; }
@@ -69,13 +77,15 @@ private:
 ///     };
 class TV_OSBASE_API TvSignalObject {
 public:
+    /// Wakes nobody.
     virtual ~TvSignalObject();
+    /// Ends the waits of others, as the class that implements it says.
     virtual void signal() = 0;
 
-    /// `timeout` is in milliseconds.
+    /// 0 at once. `timeout` is in milliseconds.
     virtual int waitForMe(unsigned int timeout) const;
 
-    /// As waitForMe; `wakeMask` names the events that would end the wait early.
+    /// 0 at once, as waitForMe(); `wakeMask` names the events that would end the wait early.
     virtual int msgWaitForMe(unsigned int timeout, unsigned int wakeMask) const;
 };
 

@@ -9,19 +9,24 @@
 /// Services for floating-point numbers. Every tolerance is a parameter, there is no
 /// default one.
 ///
-/// Errors, Memory: none. Threads: no state.
+/// **Errors**, **Memory**: none. **Threads**: no state.
 ///
 ///     TvMath::isEqual(width, 12.5, 1e-10);
 ///     double bearing = TvMath::fixAngle<double>(-0.5);       // 5.783...
 class TV_OSBASE_API TvMath {
 public:
+    /// The C library's function of that name.
     static double floor(double x);
+    /// The C library's function of that name.
     static double ceil(double x);
+    /// The C library's function of that name.
     static double fabs(double x);
 
-    /// x > tol, x < -tol, and neither of the two (so both bounds are zero).
+    /// x > tol.
     static bool isPositive(double x, double tol);
+    /// x < -tol.
     static bool isNegative(double x, double tol);
+    /// Neither positive nor negative by `tol`: the bounds count as zero, and so does NaN.
     static bool isZero(double x, double tol);
     /// isZero(a - b, tol).
     static bool isEqual(double a, double b, double tol);
@@ -62,6 +67,7 @@ public:
         return angle;
     }
 
+    /// std::pow() with a whole exponent.
     template<class T>
     static T pow(T base, int exponent)
     {

@@ -38,6 +38,7 @@ Header* anyHeader(Header* header)
 ///     TvMemDataHeader own(model);             // own.refCount == 0
 class TV_OSBASE_API TvMemDataHeader {
 public:
+    /// The four fields in their order.
     constexpr TvMemDataHeader(std::uint32_t references, std::uint64_t used, std::uint64_t allocated,
                               std::uint64_t step)
         : refCount(references), count(used), allocCount(allocated), growth(step)
@@ -52,6 +53,7 @@ public:
 
     /// The header of all buffers without elements, (1, 0, 0, 8) and one more for each of them.
     static TvMemDataHeader sm_EmptyHeader;
+    /// The address of sm_EmptyHeader.
     static TvMemDataHeader* sEmptyHeader() { return TvDetail::anyHeader(&sm_EmptyHeader); }
 
     /// Handles on the buffer. 0xFFFFFFFF, which only a client ever sets, locks it: it is written in
@@ -72,8 +74,9 @@ public:
 ///     TvMemDataAllocator::_dealloc(block);
 class TvMemDataAllocator {
 public:
-    /// `size` in bytes.
+    /// `size` bytes without a value; null when there is no memory.
     static void* _alloc(std::size_t size) { return _tvMalloc(size); }
+    /// Gives a block back; null is allowed.
     static void _dealloc(void* block) { _tvFree(block); }
 };
 
@@ -87,15 +90,17 @@ class TvPodReallocator {
     static_assert(std::is_trivially_copyable<T>::value, "elements must be plain bytes");
 
 public:
-    /// The two ranges may overlap; both may be null when `n` is 0.
+    /// Copies `n` elements. The two ranges may overlap; both may be null when `n` is 0.
     static void _copy(T* dst, const T* src, std::size_t n)
     {
         if (n != 0)
             std::memmove(static_cast<void*>(dst), src, n * sizeof(T));
     }
+    /// As _copy(): plain bytes are made by copying them.
     static void _constructn(T* dst, const T* src, std::size_t n) { _copy(dst, src, n); }
-    /// Plain bytes get no value.
+    /// Does nothing: plain bytes get no value.
     static void _constructn(T*, std::size_t) {}
+    /// Does nothing.
     static void _destructn(T*, std::size_t) {}
 };
 
@@ -163,36 +168,46 @@ class TvMemData {
     static_assert(alignof(T) <= alignof(Header), "the elements follow the header at once");
 
 public:
+    /// Shares the empty block.
     TvMemData() : m_data(nullptr) { setEmpty(); }
+    /// Shares the block of `other`.
     TvMemData(const TvMemData& other) : m_data(other.m_data) { addRef(); }
+    /// assign().
     TvMemData& operator=(const TvMemData& other)
     {
         assign(other);
         return *this;
     }
+    /// release().
     ~TvMemData() { release(); }
 
-    /// Null after release().
+    /// What stands in front of the elements; null after release().
     const Header* header() const { return headerOf(m_data); }
+    /// The same, to be written to.
     Header* header() { return headerOf(m_data); }
 
+    /// Elements in use; 0 after release().
     std::uint64_t count() const { return m_data ? header()->count : 0; }
+    /// The least number of elements to grow by; 0 after release().
     std::uint64_t growth() const { return m_data ? header()->growth : 0; }
+    /// Whether no element is in use.
     bool isEmpty() const { return count() == 0; }
-    /// False for a locked block.
+    /// Whether another handle holds the block; false for a locked one.
     bool isShared() const { return m_data && static_cast<std::int32_t>(header()->refCount) > 1; }
+    /// Whether the block is written in place whoever holds it: see TvMemDataHeader::refCount.
     bool isLocked() const { return m_data && header()->refCount == kLocked; }
 
-    /// Null when there is no element.
+    /// The elements, perhaps shared; null when there is none.
     const T* rawData() const { return isEmpty() ? nullptr : m_data; }
     /// Elements that belong to this handle alone. Null when there is none, or no memory.
     T* rawData() { return !isEmpty() && copyIfShared() ? m_data : nullptr; }
 
     /// The address of element `i`, in use or not; does not unshare.
     const T* dataPtr(std::uint64_t i) const { return m_data + i; }
+    /// The same, to be written to once the block is this handle's own.
     T* dataPtr(std::uint64_t i) { return m_data + i; }
 
-    /// A locked block stays locked.
+    /// Counts one more handle on the block. A locked block stays locked.
     void addRef()
     {
         if (m_data && !isLocked())
@@ -232,7 +247,8 @@ public:
         addRef();
     }
 
-    /// Copies `n` elements, which may be among those of this buffer.
+    /// Copies `n` elements, which may be among those of this buffer. False when there is no
+    /// memory.
     bool assign(const T* src, std::uint64_t n)
     {
         if (!hasOwnRoomFor(n))
@@ -246,7 +262,8 @@ public:
     /// Shares the empty block.
     void setEmpty() { assign(Header::sEmptyHeader()); }
 
-    /// Gives a buffer that shares its block one of its own, without room to spare.
+    /// Gives a buffer that shares its block one of its own, without room to spare. False when
+    /// there is no memory.
     bool copyIfShared() { return !isShared() || reallocData(count(), 0); }
 
     /// Makes `n` elements (0: as many as there are) the ones in use, in a block of this buffer

@@ -24,12 +24,18 @@ class TV_OSBASE_API TvMemStreamBuf : public TvStreamBuf {
 public:
     using TvStreamBuf::seek;
 
+    /// For streams that derive.
     TvMemStreamBuf() = default;
+    /// For streams that derive.
     TvMemStreamBuf(const TvMemStreamBuf&) = default;
+    /// For streams that derive.
     TvMemStreamBuf& operator=(const TvMemStreamBuf&) = default;
+    /// Frees nothing.
     ~TvMemStreamBuf() override;
 
+    /// Null here.
     unsigned char* buffer() override;
+    /// Null here.
     const unsigned char* buffer() const override;
 
     /// Moves by moveTo() and returns tell(), so a move that was refused returns
@@ -38,28 +44,26 @@ public:
 
     /// Bytes that fit without growing; length() here.
     virtual std::uint32_t bufSize() const;
+    /// Makes the stream `length` bytes long; nothing here.
     virtual void resize(std::uint32_t length);
+    /// Makes room for `capacity` bytes in all; nothing here.
     virtual void reserve(std::uint32_t capacity);
+    /// Puts the cursor at `position`; nothing here.
     virtual void moveTo(std::uint64_t position);
 };
 
 /// A seekable stream whose bytes lie in one array that grows when written to.
 ///
 /// Rules that surprise those who come from files:
-///  - A write at the cursor ends the stream there: the old tail is gone.
-///  setByte() and
-///    setBytes() change bytes and keep the tail, and refuse to write past the
-///    end.
-///  - writeBytes() and writeByte() at a position leave the cursor *at* that
-///  position. The
-///    byte of writeByte(position, b) at or past the end lies just behind the
-///    end, in the spare room: the length becomes `position` (1 for position 0
-///    of an empty stream).
+///  - A write at the cursor ends the stream there: the old tail is gone. setByte() and
+///    setBytes() change bytes and keep the tail, and refuse to write past the end.
+///  - writeBytes() and writeByte() at a position leave the cursor *at* that position. The
+///    byte of writeByte(position, b) at or past the end lies just behind the end, in the
+///    spare room: the length becomes `position` (1 for position 0 of an empty stream).
 ///  - getByte() moves the cursor; getBytes() and getByte(position) do not.
-///  - getBytes() is bounded by bufSize(), not by length(): it may read spare
-///  room, whose
-///    contents are unspecified. So are those of bytes that resize() or a write
-///    beyond the end adds in between.
+///  - getBytes() is bounded by bufSize(), not by length(): it may read spare room, whose
+///    contents are unspecified. So are those of bytes that resize() or a write beyond the
+///    end adds in between.
 ///  - resize() and setlength() do not pull the cursor back inside.
 ///  - Positions are cut to their low 32 bits.
 ///
@@ -84,8 +88,11 @@ public:
 
     /// An empty stream with room for at least `capacity` bytes.
     explicit TvFlatMemBuf(std::uint32_t capacity);
+    /// Shares the bytes until one of the two changes them; the cursor is copied.
     TvFlatMemBuf(const TvFlatMemBuf&) = default;
+    /// As the copy.
     TvFlatMemBuf& operator=(const TvFlatMemBuf&) = default;
+    /// Frees the bytes when nobody shares them.
     ~TvFlatMemBuf() override;
 
     bool isEOS() const override;
@@ -97,31 +104,54 @@ public:
 
     /// Ends the stream at the cursor.
     void truncate() override;
+    /// Puts the cursor at the start; 0.
     std::int64_t rewind() override;
+    /// The bytes, this stream's own; null while there is no room, and when there was no memory to
+    /// take them from those who share them.
     unsigned char* buffer() override;
+    /// The bytes, perhaps shared; null while there is no room.
     const unsigned char* buffer() const override;
 
+    /// The byte at the cursor, which moves on; at the end "End of stream buffer!" is reported and
+    /// the result is 0.
     unsigned char readByte() override;
+    /// Writes a byte at the cursor, where the stream then ends.
     void writeByte(unsigned char b) override;
+    /// Writes a byte at `position`, where the cursor then is. See the class for positions from
+    /// length() on.
     void writeByte(std::uint64_t position, unsigned char b) override;
+    /// The byte at the cursor, which moves on, as in the base.
     unsigned char getByte() override;
+    /// The byte at `position`; the cursor stays. Range error from length() on, and the result is 0.
     unsigned char getByte(std::uint64_t position) override;
+    /// Changes the byte at the cursor; cursor and length stay. Range error at the end.
     void setByte(unsigned char b) override;
+    /// Changes the byte at `position`; cursor and length stay. Range error from length() on.
     void setByte(std::uint64_t position, unsigned char b) override;
+    /// All `count` bytes, or a range error and none.
     void readBytes(unsigned char* buf, std::uint32_t count) override;
 
     /// Unlike the base's, never moves the cursor.
     void readBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count) override;
+    /// Writes `count` bytes at the cursor, which stands behind them then, as the end of the stream
+    /// does. `buf` may lie in this stream.
     void writeBytes(const unsigned char* buf, std::uint32_t count) override;
 
     /// Lengthens the stream where needed and never cuts it.
     void writeBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count) override;
+    /// Reads `count` bytes from the cursor on; the cursor stays. Range error past bufSize().
     void getBytes(unsigned char* buf, std::uint32_t count) override;
+    /// Reads `count` bytes at `position`; the cursor stays. Range error past bufSize().
     void getBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count) override;
+    /// Changes `count` bytes from the cursor on; cursor and length stay. Range error past length().
     void setBytes(const unsigned char* buf, std::uint32_t count) override;
+    /// Changes `count` bytes at `position`; cursor and length stay. Range error past length().
     void setBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count) override;
 
+    /// Bytes that fit without growing.
     std::uint32_t bufSize() const override;
+    /// Makes the stream `length` bytes long; new bytes are unspecified, the cursor stays where it
+    /// is.
     void resize(std::uint32_t length) override;
 
     /// Never shrinks.

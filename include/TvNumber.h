@@ -27,6 +27,8 @@
 ///     char* end;
 ///     double d = tvStrToD("  -12.5e1x", &end);     // -125, end on the x
 TV_OSBASE_API double tvStrToD(const char* text, char** end);
+
+/// The same of wide text: `*end` points into it.
 TV_OSBASE_API double tvStrToD(const wchar_t* text, wchar_t** end);
 
 /// `ndigits` significant digits, at least 1, as TvGdImpl::dtoa in mode 2; freed with
@@ -41,35 +43,49 @@ TV_OSBASE_API char* tvFcvt(double value, int ndigits, int* decpt, int* sign);
 /// Gives back the digits of tvEcvt() and tvFcvt(). Null is allowed.
 TV_OSBASE_API void tvFreeCvt(char* digits);
 
-// The functions below lay a value out as C's f, e and g conversions do, with these
-// differences: digits behind the shortest text that reads back are zeros in f; the
-// exponent has three digits; e always has a point.
-//
-// The narrow ones write into `out`, which must have room. The wide ones answer a new
-// string, freed with _tvFree(). A negative precision is 0. Infinities and NaN are the words
-// "Infinity", "-Infinity" and "NaN". When memory ran out the text is empty or null.
+/// @name Layouts
+/// They lay a value out as C's f, e and g conversions do, with these differences: digits
+/// behind the shortest text that reads back are zeros in f; the exponent has three digits; e
+/// always has a point.
+///
+/// The narrow ones write into `out`, which must have room. The wide ones answer a new string,
+/// freed with _tvFree(). A negative precision is 0. Infinities and NaN are the words
+/// "Infinity", "-Infinity" and "NaN". When memory ran out the text is empty or null.
+/// @{
 
-/// `precision` places: 123.00
+/// Fixed notation with `precision` places: 123.00
+///
+/// `out` needs room for a sign, up to 309 digits, the point, the places and the terminating 0.
 TV_OSBASE_API void tvFltToF(char* out, double value, int precision);
+
+/// The same as a new wide string, freed with _tvFree(); null when memory ran out.
 TV_OSBASE_API wchar_t* tvFltToF(double value, int precision);
 
-/// One digit, a point always, `precision` places and `expChar`: 1.235e+004
+/// Exponent notation: one digit, a point always, `precision` places and `expChar`: 1.235e+004
 TV_OSBASE_API void tvFltToE(char* out, double value, int precision, int expChar);
+
+/// The same as a new wide string, freed with _tvFree(); null when memory ran out.
 TV_OSBASE_API wchar_t* tvFltToE(double value, int precision, int expChar);
 
-/// At most `precision` digits, with an exponent below 1e-4 and from 10^precision on.
+/// General notation: at most `precision` digits, with an exponent below 1e-4 and from 10^precision on.
 ///
 /// `style` 1 fills with zeros where no digit stands behind the point or the number is
 /// below 1 (2.000, 0.5000, but 1.5), 2 ends whole numbers with ".0", 0 and below write the
 /// digits alone. From 3 on as 0, but that whole numbers without an exponent end with the
 /// bare point: "2." and 2e+010.
 TV_OSBASE_API void tvFltToG(char* out, double value, int precision, int expChar, int style);
+
+/// The same as a new wide string, freed with _tvFree(); null when memory ran out.
 TV_OSBASE_API wchar_t* tvFltToG(double value, int precision, int expChar, int style);
 
 /// By the letter `conv`: e and E (the exponent's letter too), f, g and G. Any other, F
 /// included, reports "EMPTY THROW" to the crash recorder and gives an empty string or null.
 TV_OSBASE_API void tvDToStr(char* out, double value, char conv, int precision, int style);
+
+/// The same as a new wide string, freed with _tvFree(); null when memory ran out.
 TV_OSBASE_API wchar_t* tvDToStr(double value, char conv, int precision, int style);
+
+/// @}
 
 /// The layouts alone, on `n` digits d1d2... of the value 0.d1d2... * 10^decpt. Digits that
 /// are missing on the right are zeros; null digits give an empty text.
@@ -82,9 +98,12 @@ TV_OSBASE_API wchar_t* tvDToStr(double value, char conv, int precision, int styl
 template<class Char>
 class CvtFormatter {
 public:
+    /// Fixed notation, as tvFltToF(); a `sign` other than 0 writes a minus sign.
     static void formatF(Char* out, const char* digits, int n, int precision, int decpt, int sign);
+    /// Exponent notation, as tvFltToE().
     static void formatE(Char* out, const char* digits, int n, int precision, int decpt, int sign,
                         int expChar);
+    /// General notation, as tvFltToG() with its `style`.
     static void formatG(Char* out, const char* digits, int n, int precision, int decpt, int sign, int expChar,
                         int style);
 

@@ -62,6 +62,8 @@ TV_OSBASE_API int WideCharToMultiByte(unsigned int cp, unsigned int flags, const
 ///         use(c);                            // '2', '5', 0xB0, 'C'
 class TV_OSBASE_API TvAnsiTextIterator {
 public:
+    /// Stands before the first character of `text`, whose bytes are read in code page `cp`; the
+    /// string's own code page number is not consulted.
     TvAnsiTextIterator(const TvStringA& text, code_page_id cp);
 
     /// What the last nextChar() gave; 0 before the first.

@@ -51,8 +51,8 @@ struct ScanfSourceBuf {
 /// terminates them, `c` does not; with fewer characters left than its width `c` stores nothing
 /// and the scan stops. A null pointer among the arguments is skipped, its value is not counted.
 ///
-/// Errors: the result; a mismatch ends the call with what was stored so far, a null `format`
-/// or `source` counts as an empty one. Memory: none. Threads: re-entrant.
+/// **Errors**: the result; a mismatch ends the call with what was stored so far, a null `format`
+/// or `source` counts as an empty one. **Memory**: none. **Threads**: re-entrant.
 TV_OSBASE_API int InputWithFormat(bool kind, const void* source, const wchar_t* format, va_list* args);
 
 /// Takes one character: the look-ahead becomes the next one. At the end of the text it stays
@@ -74,14 +74,25 @@ struct ScanfConversion {
     int base;          ///< 2, 8, 10, 16; 0 takes it from the prefix (`i`)
 };
 
-/// The readers: each takes its value from the look-ahead on, stores it through the next
-/// pointer of `args`, adds to `stored`, and returns true when the whole scan is to stop.
+/// Reads an integer (`d i u o x b`) from the look-ahead on, stores it through the next pointer
+/// of `args` and adds 1 to `stored`; true when the whole scan is to stop.
+///
+/// White space in front is the caller's to skip. A conversion that is suppressed takes no pointer
+/// and counts nothing; a null pointer is taken and counts nothing.
 TV_OSBASE_API bool scanfIntegerFromBuf(ScanfSourceBuf* source, const ScanfConversion& conversion,
                                        va_list* args, int& stored);
+
+/// Reads a number (`e f g`): a float, or a double for `l` or an upper-case letter. As
+/// scanfIntegerFromBuf() else.
 TV_OSBASE_API bool scanfDoubleFromBuf(ScanfSourceBuf* source, const ScanfConversion& conversion,
                                       va_list* args, int& stored);
+
+/// Reads a word (`s`) and terminates it. As scanfIntegerFromBuf() else.
 TV_OSBASE_API bool scanfStringFromBuf(ScanfSourceBuf* source, const ScanfConversion& conversion,
                                       va_list* args, int& stored);
+
+/// Reads `width` characters, one without a width (`c`), white space included, and does not
+/// terminate them. As scanfIntegerFromBuf() else.
 TV_OSBASE_API bool scanfCharFromBuf(ScanfSourceBuf* source, const ScanfConversion& conversion, va_list* args,
                                     int& stored);
 

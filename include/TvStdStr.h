@@ -30,8 +30,8 @@ int ssicmp(const Char* a, const Char* b)
 
 /// A standard string that is made from and converts to a plain pointer.
 ///
-/// Errors: as std::basic_string, which throws std::bad_alloc. Memory: owns its text.
-/// Threads: as std::basic_string.
+/// **Errors**: as std::basic_string, which throws std::bad_alloc. **Memory**: owns its text.
+/// **Threads**: as std::basic_string.
 ///
 ///     CStdStr<wchar_t> name(L"Hall.dwg");
 ///     if (name.CompareNoCase(L"hall.DWG") == 0)
@@ -39,9 +39,12 @@ int ssicmp(const Char* a, const Char* b)
 template<class Char>
 class CStdStr : public std::basic_string<Char> {
 public:
+    /// The standard string that this is.
     using Base = std::basic_string<Char>;
 
+    /// Empty.
     CStdStr() = default;
+    /// A copy of a standard string, zeros in it included.
     CStdStr(const Base& text) : Base(text) {}
     /// Null counts as "".
     CStdStr(const Char* text)
@@ -50,6 +53,7 @@ public:
             Base::assign(text);
     }
 
+    /// Copies a standard string.
     CStdStr& operator=(const Base& text)
     {
         Base::assign(text);
@@ -68,7 +72,9 @@ public:
     /// The text with its terminating 0; valid until the string changes.
     operator const Char*() const { return Base::c_str(); }
 
+    /// Whether there is no character.
     bool IsEmpty() const { return Base::empty(); }
+    /// The same.
     bool isEmpty() const { return Base::empty(); }
 
     /// 0 when equal, else negative or positive, by the values of the characters. Null

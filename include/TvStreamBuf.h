@@ -22,8 +22,12 @@ enum SeekType : std::uint32_t {
 };
 
 /// What a file is opened for; the bits may be joined with `|`.
-enum AccessMode : std::uint32_t { kAccessRead = 0x80000000u, kAccessWrite = 0x40000000u };
+enum AccessMode : std::uint32_t {
+    kAccessRead = 0x80000000u, ///< reading
+    kAccessWrite = 0x40000000u ///< writing
+};
 
+/// Both accesses.
 constexpr AccessMode operator|(AccessMode a, AccessMode b)
 {
     return static_cast<AccessMode>(static_cast<std::uint32_t>(a) | static_cast<std::uint32_t>(b));
@@ -72,9 +76,13 @@ enum CreationDisposition : std::uint32_t {
 ///     }
 class TV_OSBASE_API TvStreamBuf {
 public:
+    /// For streams that derive.
     TvStreamBuf() = default;
+    /// For streams that derive and may be copied.
     TvStreamBuf(const TvStreamBuf&) = default;
+    /// For streams that derive and may be copied.
     TvStreamBuf& operator=(const TvStreamBuf&) = default;
+    /// Streams are destroyed through this base.
     virtual ~TvStreamBuf();
 
     /// True when the cursor stands at the end or past it.
@@ -97,30 +105,47 @@ public:
 
     /// The bytes of a stream that keeps them in one piece, else null.
     virtual unsigned char* buffer();
+    /// The same, to be read.
     virtual const unsigned char* buffer() const;
 
     /// Moves the cursor. Memory streams and mapped files return the new position, other
     /// files 0 or -1.
     virtual std::int64_t seek(std::uint64_t offset, TvIO::SeekType type) = 0;
 
-    /// One byte; 0 after a range error.
+    /// The byte at the cursor, which moves on; 0 when it could not be read.
     virtual unsigned char readByte();
+    /// The byte at `position`; 0 after a range error.
     virtual unsigned char readByte(std::uint64_t position);
+    /// Writes a byte at the cursor, which moves on.
     virtual void writeByte(unsigned char b);
+    /// Writes a byte at `position`; range error from length() on.
     virtual void writeByte(std::uint64_t position, unsigned char b);
+    /// getByte(tell()).
     virtual unsigned char getByte();
+    /// The byte at `position`; 0 after a range error.
     virtual unsigned char getByte(std::uint64_t position);
+    /// setByte(tell(), b).
     virtual void setByte(unsigned char b);
+    /// Changes the byte at `position`; range error from length() on.
     virtual void setByte(std::uint64_t position, unsigned char b);
 
-    /// `count` bytes between the stream and `buf`: all of them, or none after a range error.
+    /// Reads `count` bytes at the cursor into `buf` and moves on behind them. What happens where
+    /// there are fewer is each stream's own.
     virtual void readBytes(unsigned char* buf, std::uint32_t count) = 0;
+    /// Reads `count` bytes at `position`: all of them, or none after a range error.
     virtual void readBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count);
+    /// Writes `count` bytes of `buf` at the cursor and moves on behind them. What becomes of the
+    /// bytes that stood there and behind is each stream's own.
     virtual void writeBytes(const unsigned char* buf, std::uint32_t count) = 0;
+    /// Writes `count` bytes at `position`: all of them, or none after a range error.
     virtual void writeBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count);
+    /// getBytes(tell(), buf, count).
     virtual void getBytes(unsigned char* buf, std::uint32_t count);
+    /// Reads `count` bytes at `position`: all of them, or none after a range error.
     virtual void getBytes(std::uint64_t position, unsigned char* buf, std::uint32_t count);
+    /// setBytes(tell(), buf, count).
     virtual void setBytes(const unsigned char* buf, std::uint32_t count);
+    /// Changes `count` bytes at `position`: all of them, or none after a range error.
     virtual void setBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count);
 
     /// Copies bytes `from` up to, not including, `to` of `source` to this stream's cursor. The
@@ -167,7 +192,9 @@ public:
 ///     stream.readBytes(magic, 4);
 class TV_OSBASE_API TvAutoResetStreamPosition {
 public:
+    /// Notes the cursor of `stream`.
     explicit TvAutoResetStreamPosition(TvStreamBuf* stream);
+    /// Puts the cursor back.
     ~TvAutoResetStreamPosition();
     TvAutoResetStreamPosition(const TvAutoResetStreamPosition&) = delete;
     TvAutoResetStreamPosition& operator=(const TvAutoResetStreamPosition&) = delete;

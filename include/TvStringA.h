@@ -22,15 +22,18 @@
 ///     TvStrHeaderA header(1252);              // (1, 0, 0, 8) and the code page
 class TV_OSBASE_API TvStrHeaderA : public TvMemDataHeader {
 public:
+    /// Counts of an empty block, with the code page.
     constexpr explicit TvStrHeaderA(int page) : TvMemDataHeader(1, 0, 0, 8), codepage(page) {}
     /// Nobody holds the copy yet: its `refCount` is 0.
     constexpr TvStrHeaderA(const TvStrHeaderA& other) = default;
     TvStrHeaderA& operator=(const TvStrHeaderA&) = delete;
 
+    /// Sets `codepage`.
     void setCodepage(int page) { codepage = page; }
 
     /// The header that empty strings share, of code page 0.
     static TvStrHeaderA sm_EmptyStrA;
+    /// The address of sm_EmptyStrA.
     static TvStrHeaderA* sEmptyHeader() { return TvDetail::anyHeader(&sm_EmptyStrA); }
 
     int codepage; ///< Windows number, 0 for none
@@ -60,11 +63,15 @@ struct StringCheck;
 template<class Char, class Header>
 class TV_OSBASE_API TvStringT {
 public:
+    /// Empty; shares the static empty header.
     TvStringT() = default;
-    /// Null is an empty text.
+    /// A copy of `text`; null is an empty one. Empty too when there is no memory.
     TvStringT(const Char* text) { assign(text); }
+    /// Shares the text.
     TvStringT(const TvStringT&) = default;
+    /// Shares the text.
     TvStringT& operator=(const TvStringT&) = default;
+    /// Lets go of the text, which the last holder frees.
     ~TvStringT() = default;
 
     /// Copies `text`, which may be a part of this string; null is an empty text. The header's
@@ -88,6 +95,7 @@ public:
 
     /// The text; valid until the string changes. Never null.
     const Char* constStr() const { return isEmpty() ? kEmptyStr : m_data.rawData(); }
+    /// constStr().
     operator const Char*() const { return constStr(); }
     /// The text to be written to, of this string alone; null when it is empty or there is no
     /// memory.
@@ -96,6 +104,7 @@ public:
     /// Counts and other fields of the shared text.
     const Header* header() const { return m_data.header(); }
 
+    /// Whether there are no characters. An empty string may have a code page all the same.
     bool isEmpty() const { return m_data.isEmpty(); }
     /// Shares the static empty header.
     void setEmpty() { m_data.setEmpty(); }
@@ -135,9 +144,10 @@ public:
     static const Char* const kEmptyStr;
 
 protected:
-    // Takes over the caller's reference on the text behind `block`.
+    /// Takes over the caller's reference on the text behind `block`.
     explicit TvStringT(Header* block) : m_data(block) {}
 
+    /// The text with its terminating 0, which the count includes.
     TvMemData<Char, Header, TvMemDataAllocator, TvPodReallocator<Char>> m_data;
 
 private:
@@ -197,8 +207,11 @@ void TvStringT<Char, Header>::check() const
 
 extern template class TV_OSBASE_API TvMemData<char, TvStrHeaderA>;
 
+/// @cond
 template<>
 TV_OSBASE_API const char* const TvStringT<char, TvStrHeaderA>::kEmptyStr;
+
+/// @endcond
 
 extern template class TvStringT<char, TvStrHeaderA>;
 
@@ -221,8 +234,11 @@ class TV_OSBASE_API TvStringA : public TvStringT<char, TvStrHeaderA> {
 public:
     /// A text in the platform's present ANSI code page; null is an empty one.
     TvStringA(const char* text = nullptr);
+    /// Shares the text and its code page.
     TvStringA(const TvStringA&) = default;
+    /// Shares the text and its code page.
     TvStringA& operator=(const TvStringA&) = default;
+    /// Lets go of the text.
     ~TvStringA() = default;
 
     /// Says which code page the bytes are in; converts nothing. Unshares; without memory for

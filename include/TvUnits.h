@@ -8,8 +8,8 @@
 
 /// How the drawing shows distances and angles. A plain record; defaults as written.
 ///
-/// Errors: values outside the stated ranges are brought to the nearest style that has
-/// text. Memory: none owned. Threads: g_appUnits is unguarded, so set it before other
+/// **Errors**: values outside the stated ranges are brought to the nearest style that has
+/// text. **Memory**: none owned. **Threads**: g_appUnits is unguarded, so set it before other
 /// threads format.
 ///
 ///     OrnaAppUnitSets units;
@@ -20,6 +20,7 @@
 ///     FormatUtil::outputStringWithFormat(text, 64, L"%.32q0", 66.5);   // 5'-6 1/2"
 class TV_OSBASE_API OrnaAppUnitSets {
 public:
+    /// The defaults below.
     constexpr OrnaAppUnitSets() {}
 
     /// Bit 0: feet and inches, fractions and bearings are written without blanks.
@@ -32,13 +33,16 @@ public:
     /// Fraction digits; in styles 4 and 5 the power of two of the denominator.
     short linearPrecision = 4;
 
-    /// As linearStyle and linearPrecision, for values of kind 0.
+    /// As linearStyle, for values of kind 0.
     short dimLinearStyle = 2;
+    /// As linearPrecision, for values of kind 0.
     short dimLinearPrecision = 4;
 
     /// 0 decimal degrees, 1 degrees-minutes-seconds, 2 grads, 3 radians,
     /// 4 surveyor's bearing.
     short angleStyle = 2;
+    /// Fraction digits. In styles 1 and 4: 0 degrees, 1 and 2 minutes too, 3 and 4 seconds too,
+    /// from 5 on seconds with 1 fraction digit and more.
     short anglePrecision = 4;
 
     /// Non-zero: stacked fractions are written with # and not with /.

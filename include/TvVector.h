@@ -64,13 +64,13 @@ bool isShared(const TvVector<T, Allocator, LengthT, GrowPolicy>& vector);
 ///  - asArrayPtr() of an empty vector is no address;
 ///  - capacity grows by 8 elements at a time, which is what physicalLength() reports.
 ///
-/// Errors: a bad index is reported as status 24, last() without elements as status 2, and
+/// **Errors**: a bad index is reported as status 24, last() without elements as status 2, and
 /// the address that the formula gives is returned all the same; memory that runs out is
 /// reported as status 6 (by the allocator, and by clone() for the record) and the vector
 /// keeps what it had. Only a TvErrorStatus* thrown by a crash recorder, or what an element
 /// throws when it is copied, leaves a vector; where a shared vector takes a record of its
-/// own, what an element throws ends the process. Memory: a record from _tvMalloc, elements
-/// from `Allocator`; vectors without elements share one static record. Threads: plain
+/// own, what an element throws ends the process. **Memory**: a record from _tvMalloc, elements
+/// from `Allocator`; vectors without elements share one static record. **Threads**: plain
 /// counts, and all empty vectors share one: keep vectors on one thread.
 ///
 ///     TvVector<wchar_t> text;
@@ -85,31 +85,45 @@ class TvVector {
     static_assert(sizeof(GrowPolicy) == sizeof(unsigned int), "a grow policy is its step");
 
 public:
+    /// What the vector holds on to: counts and elements.
     using Data = TvVectorData<T, Allocator, LengthT, GrowPolicy>;
+    /// A handle on such a record.
     using DataPtr = TvVectorDataPtr<T, Allocator, LengthT, GrowPolicy>;
 
+    /// Without elements; shares the empty record.
     TvVector() : m_data(rawEmptyData()) {}
 
-    // A static vector whose constructor has not run yet holds no record.
+    /// Elements in use; 0 also for a static vector whose constructor has not run yet.
     LengthT length() const { return m_data.isNull() ? 0 : m_data->logicalCnt; }
+    /// length().
     LengthT logicalLength() const { return length(); }
+    /// Elements that there is room for, as reported: see the class.
     LengthT physicalLength() const { return m_data->physicalCnt; }
     /// The step of the grow policy.
     LengthT growLength() const
     {
         return m_data.isNull() ? 8 : static_cast<LengthT>(static_cast<unsigned int>(m_data->growPolicy));
     }
+    /// Whether no element is in use.
     bool isEmpty() const { return m_data->logicalCnt == 0; }
+    /// Whether `i` is the index of an element.
     bool isValidIndex(LengthT i) const { return i >= 0 && i < m_data->logicalCnt; }
 
+    /// The first element. Without elements this is no address.
     const T* asArrayPtr() const { return m_data->array; }
+    /// The same, to be written to after copyBeforeWrite(0).
     T* asArrayPtr() { return m_data->array; }
+    /// asArrayPtr().
     const T* begin() const { return m_data->array; }
+    /// asArrayPtr().
     T* begin() { return m_data->array; }
+    /// The place behind the last element.
     const T* end() const { return endOfElements(); }
+    /// The place behind the last element.
     T* end() { return endOfElements(); }
 
-    /// Does nothing when there is no memory. `value` may be an element of this vector.
+    /// Puts a copy of `value` behind the last element. Does nothing when there is no memory. `value` may be
+    /// an element of this vector.
     void append(const T& value)
     {
         Data* const data = m_data.get();
@@ -129,7 +143,9 @@ public:
     /// there is no memory.
     T& appendInternal() { return addElement() ? last() : spareElement(); }
 
+    /// setLogicalLength().
     void resize(unsigned int n) { setLogicalLength(static_cast<LengthT>(n)); }
+    /// setPhysicalLength(); above 2147483647 status 6 is reported and nothing changes.
     void reserve(unsigned int n)
     {
         if (n > static_cast<unsigned int>(INT_MAX))
@@ -137,11 +153,11 @@ public:
         else
             setPhysicalLength(static_cast<LengthT>(n));
     }
-    /// The capacity stays.
+    /// No element is in use any more; the capacity stays.
     void removeAll() { setLogicalLength(0); }
 
-    /// New elements have no value (but for those with a constructor). A negative length
-    /// stands for one that is too large: status 6, no change.
+    /// Makes `n` elements the ones in use. New elements have no value (but for those with a constructor). A
+    /// negative length stands for one that is too large: status 6, no change.
     void setLogicalLength(LengthT n)
     {
         if (n == m_data->logicalCnt)
@@ -183,7 +199,8 @@ public:
         check();
     }
 
-    /// Unshares. When memory runs out (status 6) the elements are still shared.
+    /// The element at `i`, of this vector alone: unshares. When memory runs out (status 6) the elements are
+    /// still shared.
     T& at(LengthT i)
     {
         const bool valid = isValidIndex(i);
@@ -193,6 +210,7 @@ public:
         return valid ? m_data->array[i] : elementBeyond(i);
     }
 
+    /// The last element, perhaps shared with other vectors.
     T& last()
     {
         if (!isEmpty())
@@ -211,7 +229,9 @@ public:
             unshare(n);
     }
 
+    /// The record that vectors without elements share; it counts no holder for the pointer.
     static Data* rawEmptyData() { return static_cast<Data*>(static_cast<Record*>(&gEmptyVectorData)); }
+    /// A handle on that record.
     static DataPtr emptyData() { return DataPtr(rawEmptyData()); }
 
 private:

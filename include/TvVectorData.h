@@ -53,9 +53,9 @@ T* newElements(int count)
 
 /// Elements from array new.
 ///
-/// Errors: out of memory reports status 6 and gives null; only a TvErrorStatus* can leave
-/// alloc(), a constructor that throws anything else ends the process. Memory: the caller's
-/// until dealloc(). Threads: as the global heap of the C++ runtime.
+/// **Errors**: out of memory reports status 6 and gives null; only a TvErrorStatus* can leave
+/// alloc(), a constructor that throws anything else ends the process. **Memory**: the caller's
+/// until dealloc(). **Threads**: as the global heap of the C++ runtime.
 ///
 ///     double* samples = TvDefaultMemAllocator<double>::alloc(100);
 ///     TvDefaultMemAllocator<double>::dealloc(samples, 100);
@@ -76,13 +76,14 @@ public:
         });
     }
 
+    /// Destroys the elements and frees the array; null is allowed. The count is not consulted.
     static void dealloc(T* array, int) { delete[] array; }
 };
 
 /// Raw memory from _tvMalloc; the vector constructs and destroys what it keeps there.
 ///
-/// Errors: out of memory (also a request above 2 GiB) reports status 6 and gives null; only
-/// a TvErrorStatus* can leave alloc(). Memory: the caller's until dealloc(). Threads: one
+/// **Errors**: out of memory (also a request above 2 GiB) reports status 6 and gives null; only
+/// a TvErrorStatus* can leave alloc(). **Memory**: the caller's until dealloc(). **Threads**: one
 /// at a time, as _tvMalloc.
 ///
 ///     unsigned char* bytes = TvDelegateMemAllocator<unsigned char>::alloc(64);
@@ -104,6 +105,8 @@ public:
         });
     }
 
+    /// Frees the array, whose elements are gone already; null is allowed. The count is not
+    /// consulted.
     static void dealloc(T* array, int)
     {
         if (array)
@@ -113,16 +116,18 @@ public:
 
 /// Grows to what is wanted, and by at least one step (8 by default) beyond the length.
 ///
-/// Errors, Memory: none. Threads: as its vector.
+/// **Errors**, **Memory**: none. **Threads**: as its vector.
 ///
 ///     TvVectorDefaultGrowPolicy policy;
 ///     policy.growCount(8, 8, 9);              // 16
 class TvVectorDefaultGrowPolicy {
 public:
+    /// A step of 8.
     TvVectorDefaultGrowPolicy() : m_step(8) {}
 
     /// The step, in elements.
     operator unsigned int() const { return m_step; }
+    /// Sets the step, in elements, and answers it.
     unsigned int operator=(unsigned int step) { return m_step = step; }
 
     /// The new physical length for `wanted` elements. 32-bit arithmetic that may wrap.
@@ -143,16 +148,18 @@ private:
 /// The rule of the memory streams: doubles up to 65536 elements, then grows by at least
 /// that many, and always by at least the step (8 by default).
 ///
-/// Errors, Memory: none. Threads: as its vector.
+/// **Errors**, **Memory**: none. **Threads**: as its vector.
 ///
 ///     TvVectorFlatMemBufGrowPolicy policy;
 ///     policy.growCount(100, 100, 101);        // 200
 class TvVectorFlatMemBufGrowPolicy {
 public:
+    /// A step of 8.
     TvVectorFlatMemBufGrowPolicy() : m_step(8) {}
 
     /// The step, in elements.
     operator unsigned int() const { return m_step; }
+    /// Sets the step, in elements, and answers it.
     unsigned int operator=(unsigned int step) { return m_step = step; }
 
     /// The new physical length for `requested` elements. 32-bit arithmetic that may wrap.
@@ -174,7 +181,7 @@ private:
 
 /// Element copies for types that are plain bytes.
 ///
-/// Errors, Memory, Threads: none.
+/// **Errors**, **Memory**, **Threads**: none.
 ///
 ///     TvPodTypeConstructor<int>::assign(to, from, 4);
 template<class T>
@@ -191,7 +198,7 @@ public:
 
 /// Construction and destruction of elements in raw memory.
 ///
-/// Errors: what the elements throw; those made by then are destroyed. Memory, Threads:
+/// **Errors**: what the elements throw; those made by then are destroyed. **Memory**, **Threads**:
 /// none. Nothing happens when `count` is below 1.
 ///
 ///     TvObjectTypeConstructor<unsigned char>::construct(bytes, 16);
@@ -205,6 +212,7 @@ public:
             std::uninitialized_default_construct_n(array, count);
     }
 
+    /// Destroys the elements; the memory stays.
     static void deconstruct(T* array, int count)
     {
         if (count > 0)
@@ -313,6 +321,8 @@ struct VectorCheck;
 
 /// The record that every vector without elements shares. Its array is no address.
 extern TV_OSBASE_API TvDetail::EmptyVectorRecord gEmptyVectorData;
+
+/// gEmptyVectorData, as the records of all element types have it in common.
 extern TV_OSBASE_API TvDetail::VectorRecord* const gpEmptyVectorData;
 
 /// The elements of one or more vectors, with a plain count of the handles on them.
@@ -320,8 +330,8 @@ extern TV_OSBASE_API TvDetail::VectorRecord* const gpEmptyVectorData;
 /// The array may have more room than `physicalCnt` says, at most half as much again, so
 /// that growth in small steps seldom moves the elements.
 ///
-/// Errors: the constructor leaves `array` null and both lengths 0 when the allocator has
-/// no memory. Memory: the record from _tvMalloc, its elements from `Allocator`. Threads:
+/// **Errors**: the constructor leaves `array` null and both lengths 0 when the allocator has
+/// no memory. **Memory**: the record from _tvMalloc, its elements from `Allocator`. **Threads**:
 /// the count is a plain integer.
 ///
 ///     auto* record = new TvVectorData<int, TvDefaultMemAllocator<int>, int,
@@ -341,6 +351,7 @@ public:
     TvVectorData(const TvVectorData&) = delete;
     TvVectorData& operator=(const TvVectorData&) = delete;
 
+    /// Destroys the elements and gives the array back to the allocator.
     ~TvVectorData()
     {
         Elements::end(array, logicalCnt);
@@ -371,8 +382,8 @@ public:
         });
     }
 
-    GrowPolicy growPolicy;
-    T* array;
+    GrowPolicy growPolicy; ///< how the vector grows
+    T* array;              ///< the elements; null when the allocator had no memory
 
 private:
     using Elements = TvDetail::VectorElements<T, Allocator>;
@@ -408,7 +419,7 @@ private:
 
 /// A counting handle on a record, or null.
 ///
-/// Errors: none. Memory: the last handle deletes the record. Threads: the count is a plain
+/// **Errors**: none. **Memory**: the last handle deletes the record. **Threads**: the count is a plain
 /// integer.
 ///
 ///     TvVectorDataPtr<int, TvDefaultMemAllocator<int>, int, TvVectorDefaultGrowPolicy>
@@ -416,16 +427,23 @@ private:
 template<class T, class Allocator, class LengthT, class GrowPolicy>
 class TvVectorDataPtr : public TvHeapOp {
 public:
+    /// The record.
     using Data = TvVectorData<T, Allocator, LengthT, GrowPolicy>;
 
+    /// Holds `record`, which may be null.
     explicit TvVectorDataPtr(Data* record = nullptr) : m_record(record) { hold(); }
+    /// Holds the same record.
     TvVectorDataPtr(const TvVectorDataPtr& other) : m_record(other.m_record) { hold(); }
+    /// Lets go of the record.
     ~TvVectorDataPtr() { release(); }
 
+    /// assign() of the record that `other` holds.
     TvVectorDataPtr& operator=(const TvVectorDataPtr& other) { return assign(other.m_record); }
+    /// assign().
     TvVectorDataPtr& operator=(Data* record) { return assign(record); }
 
-    /// Does nothing when `record` is already held.
+    /// Lets go of what is held and holds `record`, which may be null. Does nothing when `record`
+    /// is already held.
     TvVectorDataPtr& assign(Data* record)
     {
         if (record != m_record) {
@@ -436,11 +454,14 @@ public:
         return *this;
     }
 
+    /// Whether nothing is held.
     bool isNull() const { return m_record == nullptr; }
-    /// The handle must not be null.
+    /// The handles on the record. The handle must not be null.
     int refCount() const { return m_record->refCount; }
 
+    /// The record, or null.
     Data* get() const { return m_record; }
+    /// The record, or null.
     Data* operator->() const { return m_record; }
 
 private:

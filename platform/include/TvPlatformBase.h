@@ -54,9 +54,9 @@ TV_PLATFORM_API void tvPlatformSetSystemDefaultLCID(unsigned int lcid);
 TV_PLATFORM_API int _wtoi(const wchar_t* text);
 
 /// The number at the start of `text`: white space, one sign, then a decimal number with
-/// `.` as its point and an exponent after `e` or `E`, a hexadecimal one after `0x` with
-/// its exponent after `p`, or "inf", "infinity", "nan" in any case. Decimal digits of
-/// any script of the basic plane count. The current locale's decimal point does not.
+/// a point (whatever the locale has for one) and an exponent after `e` or `E`, a hexadecimal one after `0x`
+/// with its exponent after `p`, or "inf", "infinity", "nan" in any case. Decimal digits of any script of the
+/// basic plane count.
 ///
 /// Correctly rounded. 0 when there is no number. Overflow: infinity with that sign and
 /// errno ERANGE; a number other than zero that rounds to zero: zero with errno ERANGE.
