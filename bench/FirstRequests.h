@@ -1,19 +1,23 @@
-// FirstRequests.h - what benchmarks of pooled memory do before they measure.
+// FirstRequests.h - what measurements of pooled memory do before they begin.
 #ifndef TV_BENCH_FIRST_REQUESTS_H
 #define TV_BENCH_FIRST_REQUESTS_H
 
 #include "TvAlloc.h"
+#include "TvHeap.h"
 
-#include <benchmark/benchmark.h>
+#include <vector>
 
 /// The heap serves its first requests that need a new page from malloc; its usual way
-/// begins after 8193 of them. The pages asked for here stay in use.
-inline void passTheFirstRequests()
+/// begins after 8193 of them. False when it has no range to serve from.
+inline bool passTheFirstRequests()
 {
-    for (int i = 0; i < 200; ++i)
-        benchmark::DoNotOptimize(tvAllocPage());
-    for (int i = 0; i < 9000; ++i)
-        benchmark::DoNotOptimize(_tvMalloc(65536));
+    std::vector<void*> early;
+    while (early.size() < 10000 && (early.empty() || !g_tvGlobalHeap.isResident(early.back())))
+        early.push_back(_tvMalloc(4096));
+    const bool isServing = g_tvGlobalHeap.isResident(early.back());
+    for (void* object : early)
+        _tvFree(object);
+    return isServing;
 }
 
 #endif

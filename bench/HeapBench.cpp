@@ -6,8 +6,9 @@
 // The peers are loaded beside the C library and replace nothing.
 //
 //     HeapBench --benchmark_enable_random_interleaving=true --benchmark_repetitions=5
+#include "FirstRequests.h"
+
 #include "TvAlloc.h"
-#include "TvHeap.h"
 
 #include <benchmark/benchmark.h>
 
@@ -175,20 +176,11 @@ std::vector<Allocator> allocators()
     return all;
 }
 
-void runPageSearchDown()
-{
-    std::vector<void*> early;
-    while (early.size() < 10000 && (early.empty() || !g_tvGlobalHeap.isResident(early.back())))
-        early.push_back(_tvMalloc(4096));
-    for (void* object : early)
-        _tvFree(object);
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    runPageSearchDown();
+    passTheFirstRequests();
     const std::vector<Allocator> all = allocators();
     const auto add = [&](const char* row, auto run) {
         for (const Allocator& a : all)

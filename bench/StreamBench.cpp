@@ -2,7 +2,9 @@
 // calls and the containers of the standard library. Files lie on tmpfs where there is one, and
 // exist at their full length, so that no side waits for a disk or for new pages.
 
-#include "TvAlloc.h"
+#include "BenchFile.h"
+#include "FirstRequests.h"
+
 #include "TvFileStreamBuf.h"
 #include "TvMemStreamBuf.h"
 
@@ -10,8 +12,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -26,32 +26,6 @@ constexpr std::size_t kFileSize = 100u << 20;
 constexpr std::size_t kBytewiseFileSize = 16u << 20;
 constexpr std::size_t kMemorySize = 16u << 20;
 constexpr std::size_t kBytewiseMemorySize = 1u << 20;
-
-// A file of `size` bytes of no pattern, removed at the end.
-class BenchFile {
-public:
-    BenchFile(const char* name, std::size_t size)
-    {
-        const char* const folder = std::filesystem::exists("/dev/shm") ? "/dev/shm" : "/tmp";
-        m_path = std::string(folder) + "/tvosbase-bench-" + std::to_string(getpid()) + "-" + name;
-        std::vector<char> content(size);
-        std::uint64_t random = 1;
-        for (char& c : content) {
-            random = random * 6364136223846793005u + 1442695040888963407u;
-            c = static_cast<char>(random >> 56);
-        }
-        std::ofstream(m_path, std::ios::binary).write(content.data(), static_cast<std::streamsize>(size));
-    }
-    ~BenchFile() { std::filesystem::remove(m_path); }
-    BenchFile(const BenchFile&) = delete;
-    BenchFile& operator=(const BenchFile&) = delete;
-
-    const char* path() const { return m_path.c_str(); }
-    std::wstring wide() const { return {m_path.begin(), m_path.end()}; }
-
-private:
-    std::string m_path;
-};
 
 const BenchFile& largeFile()
 {
@@ -245,17 +219,9 @@ void readBytewiseStdio(benchmark::State& state)
 
 int getcUnlocked(std::FILE* file) { return getc_unlocked(file); }
 
-// The heap serves its first requests for a new page from malloc; get past those.
 void warmUpHeap()
 {
-    static const bool done = [] {
-        std::vector<void*> pages(9000);
-        for (void*& page : pages)
-            page = _tvMalloc(4096);
-        for (void* page : pages)
-            _tvFree(page);
-        return true;
-    }();
+    static const bool done = passTheFirstRequests();
     benchmark::DoNotOptimize(done);
 }
 

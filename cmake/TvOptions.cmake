@@ -3,6 +3,7 @@
 option(TVOSBASE_BUILD_TOOLS "Build tvbase and the table generators" ${PROJECT_IS_TOP_LEVEL})
 option(TVOSBASE_BUILD_TESTS "Build the tests, which need the tools" ${PROJECT_IS_TOP_LEVEL})
 option(TVOSBASE_BUILD_BENCH "Build the benchmarks" OFF)
+option(TVOSBASE_BUILD_COUNTS "Build the program whose instructions bench/counts counts" OFF)
 option(TVOSBASE_BUILD_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(TVOSBASE_WERROR "Treat compiler warnings as errors" OFF)
 option(TVOSBASE_CHECK_STRUCTURES "Run the structure checkers after each change" OFF)

@@ -1,0 +1,124 @@
+// The mapper's conversions with each set of kernels, one beside the other: 64 KiB of text, MB/s of
+// code page or UTF-8 bytes. Sets that the processor lacks are skipped, and the report says so.
+#include "ForcedKernels.h"
+#include "MapFile.h"
+#include "TextData.h"
+
+#include "TvCharMapper.h"
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using TextData::Mix;
+using TextData::Wide;
+using TvDetail::TextKernels;
+
+constexpr std::size_t kTextBytes = 64 * 1024;
+
+struct Text {
+    code_page_id page;
+    Wide wide;
+    std::vector<char> bytes;
+};
+
+int decode(const Text& text, TvVector<wchar_t>& out)
+{
+    TvCharMapper::multiByteToWideChar(text.page, text.bytes.data(), static_cast<int>(text.bytes.size()), out);
+    return out.length() - 1;
+}
+
+int encode(const Text& text, TvVector<char>& out)
+{
+    TvCharMapper::wideCharToMultiByte(text.page, text.wide.data(), static_cast<int>(text.wide.size()), out);
+    return out.length() - 1;
+}
+
+std::shared_ptr<Text> makeText(code_page_id page, Mix mix, const Wide& letters, unsigned seed)
+{
+    const auto text = std::make_shared<Text>();
+    text->page = page;
+    text->wide = TextData::makeText(mix, letters, kTextBytes, seed);
+    TvVector<char> bytes;
+    const int count = encode(*text, bytes);
+    text->bytes.assign(bytes.asArrayPtr(), bytes.asArrayPtr() + count);
+    TvVector<wchar_t> wide;
+    if (decode(*text, wide) != static_cast<int>(text->wide.size()) ||
+        !std::equal(text->wide.begin(), text->wide.end(), wide.asArrayPtr()))
+        fail("a text does not come back");
+    return text;
+}
+
+std::vector<const TextKernels*> allSets()
+{
+    std::vector<const TextKernels*> sets = {&TvDetail::g_plainKernels};
+#if defined(__x86_64__)
+    sets.insert(sets.end(), {&TvDetail::g_sse2Kernels, &TvDetail::g_avx2Kernels, &TvDetail::g_avx512Kernels});
+#endif
+    return sets;
+}
+
+bool isRunnable(const TextKernels* set)
+{
+    const TvDetail::KernelList list = TvDetail::runnableKernels();
+    return std::find(list.sets, list.sets + list.count, set) != list.sets + list.count;
+}
+
+// `expected` is what the plain set gave.
+template<class T, class Convert>
+void run(benchmark::State& state, const Text& text, const TextKernels* set, const std::vector<T>& expected,
+         Convert convert)
+{
+    if (!isRunnable(set)) {
+        state.SkipWithError("this processor lacks them");
+        return;
+    }
+    g_forcedKernels = set;
+    TvVector<T> out;
+    if (convert(text, out) != static_cast<int>(expected.size()) ||
+        !std::equal(expected.begin(), expected.end(), out.asArrayPtr())) {
+        state.SkipWithError("another result than the plain kernels'");
+        return;
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(convert(text, out));
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                            static_cast<std::int64_t>(text.bytes.size()));
+}
+
+void addRows(const std::string& name, const std::shared_ptr<Text>& text)
+{
+    for (const TextKernels* set : allSets()) {
+        benchmark::RegisterBenchmark(
+            ("kernels_decode/" + name + "/" + set->name).c_str(),
+            [=](benchmark::State& state) { run(state, *text, set, text->wide, decode); });
+        benchmark::RegisterBenchmark(
+            ("kernels_encode/" + name + "/" + set->name).c_str(),
+            [=](benchmark::State& state) { run(state, *text, set, text->bytes, encode); });
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    readMapFile();
+    const Wide accented = TextData::accentedLetters();
+    const Wide han = TextData::hanLetters();
+    addRows("1252_ascii", makeText(CP_ANSI_1252, Mix::kAscii, accented, 1));
+    addRows("1252_accented", makeText(CP_ANSI_1252, Mix::kForeign, accented, 2));
+    addRows("936_ascii", makeText(CP_ANSI_936, Mix::kAscii, han, 3));
+    addRows("936_cjk", makeText(CP_ANSI_936, Mix::kForeign, han, 4));
+    addRows("utf8_latin", makeText(CP_UTF8, Mix::kForeign, accented, 5));
+    addRows("utf8_cjk", makeText(CP_UTF8, Mix::kForeign, han, 6));
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,1 @@
+"""What bench/report is made of: runs, the asked ratios, the page and its charts."""
