@@ -27,6 +27,15 @@ struct GrowCase {
 
 const unsigned char kMore[5000] = {'m', 'o', 'r', 'e'};
 
+// A stream of 5000 bytes.
+TvFlatMemBuf& sourceOfCopies()
+{
+    static TvFlatMemBuf source(0);
+    if (source.length() == 0)
+        source.writeBytes(kMore, sizeof kMore);
+    return source;
+}
+
 const GrowCase kGrowCases[] = {
     {"WriteByte", [](TvFlatMemBuf& s) { s.writeByte('x'); }},
     {"WriteByteAt", [](TvFlatMemBuf& s) { s.writeByte(4000, 'x'); }},
@@ -41,6 +50,8 @@ const GrowCase kGrowCases[] = {
     {"SetBytes", [](TvFlatMemBuf& s) { s.setBytes(0, kMore, 4); }},
     {"Resize", [](TvFlatMemBuf& s) { s.resize(5000); }},
     {"Reserve", [](TvFlatMemBuf& s) { s.reserve(5000); }},
+    {"SetLength", [](TvFlatMemBuf& s) { s.setlength(5000); }},
+    {"CopyFrom", [](TvFlatMemBuf& s) { s.copyFrom(&sourceOfCopies(), 0, 4000); }},
     {"Truncate", [](TvFlatMemBuf& s) { s.moveTo(3), s.truncate(), s.moveTo(s.length()); }},
 };
 
@@ -50,6 +61,7 @@ protected:
     {
         if (!kFailsMemory)
             GTEST_SKIP() << "the sanitizer owns malloc";
+        sourceOfCopies(); // made before anything fails
     }
     // Runs the call on a stream, shared or not, with each allocation failing in turn.
     static void failEach(bool shared)
@@ -89,6 +101,35 @@ TEST_P(FlatMemBufFault, LeavesSharedBytesAsTheyWere) { failEach(true); }
 
 INSTANTIATE_TEST_SUITE_P(Calls, FlatMemBufFault, testing::ValuesIn(kGrowCases),
                          [](const auto& test) { return std::string(test.param.name); });
+
+TEST(FlatMemBufFault, OpenHasTheNewBytesOrNone)
+{
+    if (!kFailsMemory)
+        GTEST_SKIP() << "the sanitizer owns malloc";
+    for (int nth = 1; nth < 100; ++nth) {
+        TvFlatMemBuf stream(0);
+        stream.writeBytes(kMore, 20);
+        Recorder recorder;
+        {
+            FailingCalls::Armed armed(FailingCalls::kMemory, nth);
+            stream.open(const_cast<unsigned char*>(kMore), sizeof kMore, 3);
+        }
+        if (stream.length() == 0) {
+            EXPECT_EQ(stream.tell(), 0u);
+            ASSERT_FALSE(recorder.statuses().empty());
+            EXPECT_EQ(recorder.statuses()[0], Orna::eOutOfMemory);
+        } else {
+            EXPECT_EQ(stream.length(), sizeof kMore + 3);
+            EXPECT_EQ(text(stream).substr(0, 5), text(sourceOfCopies()).substr(0, 5));
+            EXPECT_EQ(stream.tell(), 3u);
+        }
+        if (!FailingCalls::fired) {
+            EXPECT_GT(nth, 1) << "no allocation was needed";
+            return;
+        }
+    }
+    ADD_FAILURE() << "the allocations never end";
+}
 
 TEST(FlatMemBufFault, StreamIsMadeWithoutItsRoom)
 {
