@@ -36,4 +36,9 @@ const TextKernels& textKernels() noexcept
     return *kernels;
 }
 
+void forceTextKernels(const TextKernels* kernels) noexcept
+{
+    s_chosen.store(kernels, std::memory_order_relaxed);
+}
+
 } // namespace TvDetail

@@ -88,6 +88,10 @@ KernelList runnableKernels() noexcept;
 // The best set of this machine, chosen once.
 const TextKernels& textKernels() noexcept;
 
+// Makes textKernels() answer `kernels`, one of the runnable sets; null goes back to the choice
+// by machine. For tests, on one thread.
+void forceTextKernels(const TextKernels* kernels) noexcept;
+
 } // namespace TvDetail
 
 #endif
