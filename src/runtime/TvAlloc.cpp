@@ -15,18 +15,13 @@ constexpr std::size_t kMaxRequest = 0x80000000;
 void* _tvMalloc(std::size_t size)
 {
     if (size <= TvHeapInternals::kMaxSmallSize)
-        if (void* const unit = TvHeapInternals::takeFast(size))
-            return unit;
+        return TvHeapInternals::takeFast(size);
     return size > kMaxRequest ? nullptr : g_tvGlobalHeap.allocHeap(size);
 }
 
 void* _tvRealloc(void* ptr, std::size_t size) { return size == 0 ? ptr : _tvReallocate(ptr, size); }
 
-void _tvFree(void* ptr)
-{
-    if (!TvHeapInternals::giveFast(ptr) && ptr != nullptr)
-        g_tvGlobalHeap.freeHeap(ptr);
-}
+void _tvFree(void* ptr) { TvHeapInternals::giveFast(ptr); }
 
 std::size_t _tvMsize(void* ptr) { return ptr == nullptr ? 0 : _tvAllocSizeOf(ptr); }
 
@@ -46,17 +41,12 @@ void _tvStrdupFree(void* text)
 void* _tvAllocate(std::size_t size)
 {
     if (size <= TvHeapInternals::kMaxSmallSize)
-        if (void* const unit = TvHeapInternals::takeFast(size))
-            return unit;
+        return TvHeapInternals::takeFast(size);
     return g_tvGlobalHeap.allocHeap(size);
 }
 
 void* _tvReallocate(void* ptr, std::size_t size) { return g_tvGlobalHeap.reallocHeap(ptr, size); }
-void _tvDeallocate(void* ptr)
-{
-    if (!TvHeapInternals::giveFast(ptr))
-        g_tvGlobalHeap.freeHeap(ptr);
-}
+void _tvDeallocate(void* ptr) { TvHeapInternals::giveFast(ptr); }
 
 std::size_t _tvAllocSizeOf(void* ptr) { return g_tvGlobalHeap.sizeOfHeap(ptr); }
 

@@ -40,6 +40,7 @@ Page* newPage(Heap& heap)
     page->freeBlockCount = kFirstDecommitted - kFirstUsableBlock;
     page->decommittedBlocks = linkBlocks(descriptors, kFirstDecommitted, kBlocksPerPage - 1);
     page->decommittedCount = kBlocksPerPage - kFirstDecommitted;
+    startPage(page, kFirstDecommitted);
     pushPage(heap.m_freeBlockPages, page);
     g_state.kinds[id] = PageKind::Blocks;
     return page;

@@ -86,6 +86,8 @@ const char* checkFreeBlocks(const Page& page, const Block* head, int count, bool
             return "a free block that has a pool";
         if (!mayBePending && isPending(head->firstUnit()))
             return "a committed block whose access may go";
+        if (isWithdrawn(head->firstUnit()) != (mayBePending && !isPending(head->firstUnit())))
+            return "a free block with the wrong access";
     }
     return count == 0 ? nullptr : "fewer free blocks than counted";
 }
@@ -105,6 +107,8 @@ const char* checkPage(const Heap& heap, const Page& page, int* blocksInUse)
             continue;
         if (isPending(descriptors[i].firstUnit()))
             return "a block in use whose access may go";
+        if (isWithdrawn(descriptors[i].firstUnit()))
+            return "a block in use without access";
         if (const char* wrong = checkBlock(heap, descriptors[i]))
             return wrong;
     }

@@ -3,6 +3,7 @@
 #include "runtime/TvHeapInternals.h"
 #include "runtime/TvMemoryTools.h"
 
+#include <algorithm>
 #include <bitset>
 
 namespace TvHeapInternals {
@@ -10,7 +11,11 @@ namespace {
 
 using Blocks = std::bitset<kBlocksPerPage>;
 
-Blocks g_pending[kReservedPages];        // by page id
+// By page id. A free block that is neither pending nor withdrawn has access, and one that
+// is either stands on its page's decommitted list.
+Blocks g_pending[kReservedPages];
+Blocks g_withdrawn[kReservedPages];
+constexpr int kLongRun = 8;
 short g_pendingPages[kMaxPendingBlocks]; // pages that may have a bit set, without repetition
 int g_pendingPageCount = 0;
 int g_pendingCount = 0;
@@ -18,27 +23,54 @@ int g_pendingCount = 0;
 std::size_t pageIdOf(const void* address) { return rangeOffset(address) >> 20; }
 std::size_t blockIdOf(const void* address) { return (rangeOffset(address) >> 12) & 0xFF; }
 
-void withdrawRuns(std::size_t pageId)
+// Withdraws access to the runs of at least `least` pending blocks, one call for each; withdrawn
+// blocks may lie between those of a run.
+void withdrawRuns(std::size_t pageId, int least)
 {
-    Blocks& blocks = g_pending[pageId];
+    Blocks& pending = g_pending[pageId];
+    Blocks& withdrawn = g_withdrawn[pageId];
     char* const page = g_state.start + (pageId << 20);
-    for (std::size_t first = blocks._Find_first(); first < kBlocksPerPage;) {
-        std::size_t end = first + 1;
-        while (end < kBlocksPerPage && blocks[end])
-            ++end;
-        TvHeapConfigurator::tvMemoryDeCommit(page + first * Heap::kBlockSize,
-                                             (end - first) * Heap::kBlockSize);
-        first = blocks._Find_next(end - 1);
+    for (std::size_t first = pending._Find_first(); first < kBlocksPerPage;) {
+        std::size_t end = first;
+        std::size_t last = first;
+        int length = 0;
+        for (; end < kBlocksPerPage && (pending[end] || withdrawn[end]); ++end) {
+            if (pending[end]) {
+                last = end;
+                ++length;
+            }
+        }
+        if (length >= least) {
+            TvHeapConfigurator::tvMemoryDeCommit(page + first * Heap::kBlockSize,
+                                                 (last + 1 - first) * Heap::kBlockSize);
+            for (std::size_t i = first; i <= last; ++i) {
+                pending[i] = false;
+                withdrawn[i] = true;
+            }
+            g_pendingCount -= length;
+        }
+        first = end < kBlocksPerPage ? pending._Find_next(end) : end;
     }
-    blocks.reset();
 }
 
-void withdrawAll()
+void withdrawFromAll(int least)
 {
-    for (int i = 0; i < g_pendingPageCount; ++i)
-        withdrawRuns(static_cast<std::size_t>(g_pendingPages[i]));
-    g_pendingPageCount = 0;
-    g_pendingCount = 0;
+    int kept = 0;
+    for (int i = 0; i < g_pendingPageCount; ++i) {
+        const short pageId = g_pendingPages[i];
+        withdrawRuns(static_cast<std::size_t>(pageId), least);
+        if (g_pending[pageId].any())
+            g_pendingPages[kept++] = pageId;
+    }
+    g_pendingPageCount = kept;
+}
+
+// Long runs first, many blocks a call: what stays may yet grow together, be used again or be
+// given back with its page.
+void withdrawMost()
+{
+    for (int least = kLongRun; g_pendingCount > kMaxPendingBlocks / 2; least /= kLongRun)
+        withdrawFromAll(least);
 }
 
 void dropPage(std::size_t pageId)
@@ -56,7 +88,7 @@ void dropPage(std::size_t pageId)
 void withdrawAccess(void* start)
 {
     if (g_pendingCount == kMaxPendingBlocks)
-        withdrawAll();
+        withdrawMost();
     const std::size_t pageId = pageIdOf(start);
     if (g_pending[pageId].none())
         g_pendingPages[g_pendingPageCount++] = static_cast<short>(pageId);
@@ -64,25 +96,46 @@ void withdrawAccess(void* start)
     ++g_pendingCount;
 }
 
+void startPage(const void* page, int firstWithout)
+{
+    Blocks& withdrawn = g_withdrawn[pageIdOf(page)];
+    withdrawn.set();
+    withdrawn <<= static_cast<std::size_t>(firstWithout);
+}
+
 bool giveAccess(void* start, int count)
 {
-    Blocks& blocks = g_pending[pageIdOf(start)];
+    const std::size_t pageId = pageIdOf(start);
+    Blocks& pending = g_pending[pageId];
+    Blocks& withdrawn = g_withdrawn[pageId];
     const std::size_t first = blockIdOf(start);
-    int pending = 0;
-    for (int i = 0; i < count; ++i)
-        pending += blocks[first + static_cast<std::size_t>(i)];
-    const auto length = static_cast<std::size_t>(count) * Heap::kBlockSize;
-    if (pending != count) {
-        if (!commit(start, length))
+    const std::size_t end = first + static_cast<std::size_t>(count);
+    const bool wasListed = pending.any();
+    std::size_t lower = first;
+    std::size_t upper = end;
+    if (withdrawn._Find_next(first - 1) < end) {
+        std::size_t more = static_cast<std::size_t>(std::min(kMostEarly, kMaxPendingBlocks - g_pendingCount));
+        for (; more != 0 && upper < kBlocksPerPage && withdrawn[upper]; --more)
+            ++upper;
+        for (; more != 0 && withdrawn[lower - 1]; --more) // false for the blocks of descriptors
+            --lower;
+        char* const address = g_state.start + (pageId << 20) + lower * Heap::kBlockSize;
+        const std::size_t length = (upper - lower) * Heap::kBlockSize;
+        if (!commit(address, length))
             return false;
-        TvMemoryTools::close(start, length);
+        TvMemoryTools::close(address, length);
     }
-    if (pending != 0) {
-        for (int i = 0; i < count; ++i)
-            blocks.reset(first + static_cast<std::size_t>(i));
-        g_pendingCount -= pending;
-        if (blocks.none())
-            dropPage(pageIdOf(start));
+    for (std::size_t i = lower; i < upper; ++i) {
+        const bool early = i < first || i >= end;
+        g_pendingCount += static_cast<int>(early) - static_cast<int>(pending[i]);
+        pending[i] = early;
+        withdrawn[i] = false;
+    }
+    if (pending.any() != wasListed) {
+        if (wasListed)
+            dropPage(pageId);
+        else
+            g_pendingPages[g_pendingPageCount++] = static_cast<short>(pageId);
     }
     return true;
 }
@@ -100,5 +153,7 @@ void forgetPending(const void* page)
 int pendingBlocks() { return g_pendingCount; }
 
 bool isPending(const void* blockStart) { return g_pending[pageIdOf(blockStart)][blockIdOf(blockStart)]; }
+
+bool isWithdrawn(const void* blockStart) { return g_withdrawn[pageIdOf(blockStart)][blockIdOf(blockStart)]; }
 
 } // namespace TvHeapInternals

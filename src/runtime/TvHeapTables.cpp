@@ -46,10 +46,10 @@ const unsigned char TvPoolConfigurator<34>::s_poolIndexOfSize[257] = {
 namespace TvHeapInternals {
 namespace {
 
-constexpr std::array<UnitShape, kPools + 1> unitShapes()
+constexpr std::array<UnitShape, 256> unitShapes()
 {
-    std::array<UnitShape, kPools + 1> shapes{};
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
+    std::array<UnitShape, 256> shapes{};
+    for (std::size_t i = 0; i <= kPools; ++i) {
         const int size = TvPoolConfigurator<kPools>::s_unitSizeOfPools[i];
         if (size != 0 && size <= static_cast<int>(kMaxSmallSize))
             shapes[i] = {static_cast<std::uint16_t>(size),
@@ -60,6 +60,6 @@ constexpr std::array<UnitShape, kPools + 1> unitShapes()
 
 } // namespace
 
-constexpr std::array<UnitShape, kPools + 1> kUnitShapes = unitShapes();
+constexpr std::array<UnitShape, 256> kUnitShapes = unitShapes();
 
 } // namespace TvHeapInternals

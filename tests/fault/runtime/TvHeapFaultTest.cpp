@@ -232,6 +232,34 @@ TEST_F(TvHeapFault, NeighbouringBlocksLoseTheirAccessInOneCall)
     m_taken.erase(m_taken.begin(), m_taken.begin() + 16 + 129);
 }
 
+// 14 blocks with the page, then 64 a call.
+TEST_F(TvHeapFault, BlocksGetAccessTogetherWithTheirNeighbours)
+{
+    fillPage();
+    ProtectCalls protect;
+    fillPage();
+    EXPECT_EQ(protect.calls(), 1 + 4);
+    EXPECT_EQ(TvHeapInternals::pendingBlocks(), 0);
+}
+
+TEST_F(TvHeapFault, LongRunsLoseTheirAccessFirst)
+{
+    fillPage();
+    const std::vector<void*> first = m_taken;
+    fillPage();
+    fillPage();
+    std::vector<void*> kept;
+    for (std::size_t i = 0; i < m_taken.size(); ++i) { // every other block of the first page
+        if (i % 254 == 253 || (i < 254 && i % 2 == 1))
+            kept.push_back(m_taken[i]);
+        else
+            _tvFree(m_taken[i]);
+    }
+    m_taken = kept;
+    EXPECT_TRUE(TvHeapInternals::isPending(first[40]));
+    EXPECT_LE(TvHeapInternals::pendingBlocks(), 256);
+}
+
 TEST(TvHeapReservation, ACommitBeyondItMakesNoSystemCall)
 {
     if (TvHeapConfigurator::pStartAddress == nullptr)

@@ -7,6 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <random>
+#include <string>
 #include <vector>
 
 namespace {
@@ -15,6 +20,34 @@ using TvHeapInternals::blockOf;
 using TvHeapInternals::pageOf;
 using Block = GlobalHeap::Block;
 using Page = GlobalHeap::Page;
+
+struct Mapping {
+    std::uintptr_t start;
+    std::uintptr_t end;
+    bool readable;
+};
+
+std::vector<Mapping> mappingsOfTheProcess()
+{
+    std::vector<Mapping> mappings;
+    std::ifstream file("/proc/self/maps");
+    for (std::string line; std::getline(file, line);) {
+        unsigned long start = 0;
+        unsigned long end = 0;
+        char rights[5] = "";
+        if (std::sscanf(line.c_str(), "%lx-%lx %4s", &start, &end, rights) == 3)
+            mappings.push_back({start, end, rights[0] == 'r'});
+    }
+    return mappings;
+}
+
+bool isReadable(const std::vector<Mapping>& mappings, const void* ptr)
+{
+    const auto address = reinterpret_cast<std::uintptr_t>(ptr);
+    return std::any_of(mappings.begin(), mappings.end(), [address](const Mapping& m) {
+        return m.readable && address >= m.start && address < m.end;
+    });
+}
 
 // Each test starts with one page, all of its blocks free.
 class TvHeapBlock : public ::testing::Test {
@@ -308,6 +341,25 @@ TEST_F(TvHeapBlock, WhatIsPendingNeverExceedsOneMiB)
     for (char* unit : take(4096, 253 * 4))
         unit[0] = unit[4095] = 1;
     check();
+}
+
+TEST_F(TvHeapBlock, OfTheDecommittedBlocksThePendingOnesHaveAccess)
+{
+    const auto units = take(4096, 254 * 4);
+    std::mt19937 random(7);
+    for (int wave = 0; wave < 8; ++wave) {
+        for (char* unit : units)
+            if (random() % 8 != 0 && std::count(m_units.begin(), m_units.end(), unit) != 0)
+                give(unit);
+        const std::vector<Mapping> mappings = mappingsOfTheProcess();
+        for (int i = 0; i < 254 * 4; i += 254)
+            for (const Block* block = pageOf(units[i])->decommittedBlocks; block; block = block->next)
+                ASSERT_EQ(isReadable(mappings, block->firstUnit()),
+                          TvHeapInternals::isPending(block->firstUnit()));
+        for (std::size_t some = random() % 700; some != 0; --some)
+            take(4096)[4095] = 1;
+        check();
+    }
 }
 
 TEST_F(TvHeapBlock, WithdrawnMemoryCannotBeTouched)
