@@ -18,7 +18,8 @@
 /// freed of duplicates.
 ///
 /// **Errors**: when memory runs out, status 6 may be reported, and the list stays as it was.
-/// **Memory**: the lists, made when the library is loaded and freed when it is unloaded.
+/// **Memory**: the lists, made when the library is loaded and freed when it is unloaded;
+/// before and after that allPuncts().length() and its kin are 0.
 /// **Threads**: the lists may be read by any thread, but not be copied (see TvVector.h).
 ///
 ///     const TvVector<wchar_t>& left = TvCharCategory::s_instance.leftPuncts();
@@ -49,6 +50,8 @@ public:
     void initQuotationPuncts();
 
 private:
+    friend struct TvCharCategoryEnd;
+
     TvCharCategory();
     ~TvCharCategory() = default;
     TvCharCategory(const TvCharCategory&) = delete;

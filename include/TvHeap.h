@@ -41,7 +41,7 @@ TV_OSBASE_API const unsigned char TvPoolConfigurator<34>::s_poolIndexOfSize[257]
 /// a block is 4 KiB and has a descriptor of 32 bytes at the start of its page.
 ///
 /// **Errors:** null or false, never an exception.
-/// **Memory:** the range belongs to the heap; it is unmapped when the library goes.
+/// **Memory:** the range belongs to the heap; it is unmapped when the library is unloaded.
 /// **Threads:** one at a time.
 ///
 ///     TvHeapConfigurator::sGetPageId(p);        // in which page p lies

@@ -1,5 +1,7 @@
 #include "TvPlatformBase.h"
 
+#include "SecondNames.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -31,3 +33,6 @@ int wmemcpy_s(wchar_t* dst, size_t dstSize, const wchar_t* src, size_t count)
 }
 
 } // extern "C"
+
+TV_SECOND_NAME(memcpy_s);
+TV_SECOND_NAME(wmemcpy_s);

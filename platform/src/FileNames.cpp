@@ -1,5 +1,7 @@
 #include "TvPlatformBase.h"
 
+#include "SecondNames.h"
+
 #include <cerrno>
 #include <climits>
 #include <cstddef>
@@ -149,3 +151,5 @@ int _waccess(const wchar_t* path, int mode)
 }
 
 } // extern "C"
+
+TV_SECOND_NAME(_waccess);

@@ -1,5 +1,7 @@
 #include "TvPlatformBase.h"
 
+#include "SecondNames.h"
+
 namespace {
 
 // Lead bytes of the double-byte ANSI code pages, as up to three closed ranges.
@@ -51,3 +53,5 @@ extern "C" size_t _mbslen(const unsigned char* text)
     }
     return count;
 }
+
+TV_SECOND_NAME(_mbslen);

@@ -1,6 +1,7 @@
 #include "TvPlatformBase.h"
 
 #include "DecimalDigit.h"
+#include "SecondNames.h"
 
 #include <cerrno>
 #include <climits>
@@ -195,3 +196,5 @@ double _wtof(const wchar_t* text)
 }
 
 } // extern "C"
+
+TV_SECOND_NAME(_wtoi);

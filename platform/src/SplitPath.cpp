@@ -1,5 +1,7 @@
 #include "TvPlatformBase.h"
 
+#include "SecondNames.h"
+
 #include <cerrno>
 #include <cwchar>
 
@@ -80,3 +82,5 @@ extern "C" int _wsplitpath_s(const wchar_t* path, wchar_t* drive, size_t driveCo
     }
     return 0;
 }
+
+TV_SECOND_NAME(_wsplitpath_s);

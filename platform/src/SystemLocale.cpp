@@ -1,5 +1,6 @@
 #include "TvPlatformBase.h"
 
+#include "SecondNames.h"
 #include "SystemLocaleTable.h"
 
 #include <atomic>
@@ -124,3 +125,6 @@ void tvPlatformSetACP(unsigned int codePage) { s_ansiCodePage.choose(codePage); 
 void tvPlatformSetSystemDefaultLCID(unsigned int lcid) { s_lcid.choose(lcid); }
 
 } // extern "C"
+
+TV_SECOND_NAME(GetACP);
+TV_SECOND_NAME(GetSystemDefaultLCID);

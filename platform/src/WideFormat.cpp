@@ -1,5 +1,7 @@
 #include "TvPlatformBase.h"
 
+#include "SecondNames.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -607,3 +609,7 @@ int swprintf(wchar_t* buffer, const wchar_t* format, ...)
     va_end(args);
     return count;
 }
+
+TV_SECOND_NAME(_vscwprintf);
+extern "C" TV_PLATFORM_API int tvPlatform_vswprintf(wchar_t*, const wchar_t*, va_list)
+    __attribute__((alias("_Z9vswprintfPwPKwP13__va_list_tag")));

@@ -3,8 +3,8 @@
 #include "OrCodePage.h"
 #include "TvCharMapper.h"
 #include "TvCharOp.h"
-#include "TvPlatformBase.h"
 #include "codepage/BigFontIni.h"
+#include "runtime/TvPlatformCalls.h"
 #include "runtime/TvStartup.h"
 
 #include <cstdio>
@@ -16,6 +16,15 @@
 std::map<std::wstring, int> g_mapCP2Bigfont __attribute__((init_priority(TvStartup::kBigFonts)));
 
 namespace {
+
+// True while the map lives: static objects of other modules may ask before and after.
+constinit bool g_isMapThere = false;
+
+struct MapLife {
+    MapLife() { g_isMapThere = true; }
+    ~MapLife() { g_isMapThere = false; }
+};
+MapLife g_mapLife __attribute__((init_priority(TvStartup::kBigFonts)));
 
 constexpr int kUserTableDecides = -1;
 
@@ -57,6 +66,8 @@ int indexOfSystemLanguage()
 
 int findInUserDefined(const wchar_t* fontName, CReadUserDefBigfontIni* reader)
 {
+    if (!g_isMapThere)
+        return indexOfSystemLanguage();
     if (!s_bUserBigfontIniRead && reader)
         readUserFile(*reader);
     for (const auto& [name, index] : g_mapCP2Bigfont) {
@@ -96,7 +107,7 @@ bool shapeFontName(const wchar_t* path, std::wstring& name)
 bool ReadBigfontIni(const wchar_t* path)
 {
     char name[kFileNameBytes];
-    if (tvPlatformFileName(path, name, sizeof name) < 0)
+    if (!g_isMapThere || tvPlatformFileName(path, name, sizeof name) < 0)
         return false;
     const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(name, "rbe"));
     if (!file)

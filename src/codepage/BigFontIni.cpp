@@ -1,7 +1,7 @@
 #include "codepage/BigFontIni.h"
 
 #include "TvCharOp.h"
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -93,10 +93,12 @@ EkCodepageMapper* makeMapper(const MapperRow& row)
     }
 }
 
-EkCodepages g_codepages __attribute__((init_priority(TvStartup::kCodePageRegistry)));
+// A constant: mappers that are made before any code of this file runs are kept.
+constinit EkCodepages g_codepages __attribute__((init_priority(TvStartup::kCodePageRegistry)));
 
 } // namespace
 
+// Leaves empty slots, as meant: static objects of other modules that live longer may ask.
 EkCodepages::~EkCodepages() { release(); }
 
 void EkCodepages::init()

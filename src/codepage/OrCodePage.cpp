@@ -1,7 +1,7 @@
 // OrCodePage.cpp - code pages, character sets, code page indexes.
 #include "OrCodePage.h"
 
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 
 #include <iterator>
 

@@ -2,8 +2,8 @@
 #include "TvPlatformText.h"
 
 #include "TvCharOp.h"
-#include "TvPlatformBase.h"
 #include "codepage/MapperText.h"
+#include "runtime/TvPlatformCalls.h"
 
 #include <climits>
 #include <cstddef>

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <initializer_list>
+#include <new>
 #include <string_view>
 
 namespace {
@@ -54,6 +55,24 @@ std::wstring_view all(const wchar_t (&puncts)[N])
 {
     return {puncts, N};
 }
+
+} // namespace
+
+// Makes the lists anew after their destructors, empty: static objects of other modules that
+// live longer may ask. Built before them, so destroyed after them.
+struct TvCharCategoryEnd {
+    ~TvCharCategoryEnd()
+    {
+        TvCharCategory& lists = TvCharCategory::s_instance;
+        for (TvVector<wchar_t>* list : {&lists.m_leftPuncts, &lists.m_normalPuncts, &lists.m_rightPuncts,
+                                        &lists.m_quotationPuncts, &lists.m_allPuncts})
+            new (list) TvVector<wchar_t>();
+    }
+};
+
+namespace {
+
+TvCharCategoryEnd g_charCategoryEnd __attribute__((init_priority(TvStartup::kCharCategories)));
 
 } // namespace
 

@@ -11,7 +11,19 @@
 #include <memory>
 #include <new>
 
-CStdStr<wchar_t> TvCharMapper::m_MapFile __attribute__((init_priority(TvStartup::kMapFileName)));
+namespace {
+
+// Makes the name anew after its destructor, empty: static objects of other modules that live
+// longer may still convert. Built before the name, so destroyed after it.
+struct MapFileEnd {
+    ~MapFileEnd() { new (&TvCharMapper::m_MapFile) CStdStr<wchar_t>(); }
+};
+MapFileEnd g_mapFileEnd __attribute__((init_priority(TvStartup::kMapFileName)));
+
+} // namespace
+
+// A constant: what was named before any code of this file runs is kept.
+constinit CStdStr<wchar_t> TvCharMapper::m_MapFile __attribute__((init_priority(TvStartup::kMapFileName)));
 
 namespace {
 

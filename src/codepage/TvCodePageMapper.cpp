@@ -1,7 +1,7 @@
 #include "TvCodePages.h"
 
 #include "TvCharConverter.h"
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "TvCharOp.h"
 
 #include "TvAlloc.h"
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 
 #include <cstring>
 #include <cwchar>

@@ -1,6 +1,6 @@
 #include "TvStringA.h"
 
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 
 #include <cstddef>
 #include <cstring>

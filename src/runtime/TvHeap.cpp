@@ -121,25 +121,7 @@ void freePooled(Heap& heap, void* ptr, PageKind kind)
     TV_HEAP_CHECK_AFTER_CHANGE(heap, ptr);
 }
 
-// Unmaps the range after the library's last destructor.
-struct RangeRelease {
-    ~RangeRelease() { releaseRange(); }
-};
-RangeRelease g_rangeRelease __attribute__((init_priority(TvStartup::kHeapRange)));
-
 } // namespace
-
-void releaseRange()
-{
-    if (g_state.start == nullptr)
-        return;
-    for (int id = 0; id < kReservedPages; ++id)
-        if (g_state.kinds[id] != PageKind::None)
-            TvMemoryTools::open(g_state.start + (static_cast<std::size_t>(id) << 20), Heap::kPageSize);
-    std::fill(std::begin(g_state.kinds), std::end(g_state.kinds), PageKind::None);
-    TvMemoryTools::rangeReleased(g_state.start, Heap::kRangeSize);
-    TvHeapConfigurator::tvMemoryRelease(g_state.start, Heap::kRangeSize);
-}
 
 } // namespace TvHeapInternals
 
@@ -159,6 +141,7 @@ TvHeap<N, P, C, D>::TvHeap() : m_freeBlockPages(nullptr), m_decommittedPages(nul
         TvMemoryTools::rangeReserved(g_state.start, kRangeSize);
     m_searchHint = kFirstSearch;
     createPools(*this);
+    watchForEnd(); // for a library that is loaded by dlopen()
 }
 
 template<int N, class P, class C, class D>

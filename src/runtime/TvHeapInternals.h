@@ -2,7 +2,7 @@
 //
 // From below: page ids and page lists (TvHeapPages.cpp), withdrawn access
 // (TvHeapPending.cpp), blocks (TvHeapBlocks.cpp), units of blocks (TvHeapUnits.cpp) and of
-// page pools (TvHeapPagePools.cpp), the operations (TvHeap.cpp).
+// page pools (TvHeapPagePools.cpp), the operations (TvHeap.cpp), and the end (TvHeapEnd.cpp).
 #ifndef TV_HEAP_INTERNALS_H
 #define TV_HEAP_INTERNALS_H
 
@@ -112,6 +112,8 @@ void givePageUnit(Heap& heap, PagePool& pool, PageHeap& record, void* unit);
 
 // Unmaps the range for good; the heap must be closed.
 void releaseRange();
+// Tells the end of the process from that of the library, if main() has begun by now.
+void watchForEnd();
 
 } // namespace TvHeapInternals
 

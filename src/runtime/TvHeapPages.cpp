@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kSearchTries = 6;
 constexpr int kLastPageId = Heap::kPageIds - 1;
+constinit bool g_isWatched = false;
 constexpr int kNeverSet = 4; // no page flag has this value: the search for it fails
 
 // The highest id in (to, from] with the flag `wanted`, 0 when there is none.
@@ -51,6 +52,10 @@ bool commit(void* start, std::size_t length)
 {
     if (rangeOffset(start) >= Heap::kRangeSize)
         return false;
+    if (!g_isWatched) {
+        g_isWatched = true;
+        watchForEnd(); // for a library that the program starts with: it is in use now
+    }
     return TvHeapConfigurator::tvMemoryCommit(start, length) != nullptr;
 }
 

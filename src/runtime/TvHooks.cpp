@@ -1,6 +1,6 @@
 #include "TvHooks.h"
 
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 
 #include <cstdarg>
 #include <cstdio>

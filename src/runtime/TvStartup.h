@@ -13,7 +13,7 @@
 
 namespace TvStartup {
 
-constexpr int kHeapRange = 201; // unmaps the heap's range after the last destructor
+constexpr int kHeapRange = 201; // builds nothing: the heap's range goes after all destructors
 constexpr int kUnitSettings = 210;
 constexpr int kUserDefinedTable = 220; // OrCodePage
 constexpr int kCharCategories = 230;

@@ -2,7 +2,7 @@
 
 #include "TvAlloc.h"
 #include "TvCharOp.h"
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 #include "runtime/TvThrow.h"
 #include "stream/TvFileHandle.h"
 #include "stream/TvFileLock.h"

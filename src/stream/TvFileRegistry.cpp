@@ -23,7 +23,8 @@ bool g_registryEnded = false;
 
 } // namespace
 
-std::vector<CStdStr<wchar_t>> TvFileStreamBufImpl::m_cstrAlreadyOpenFiles
+// A constant: names that are entered before any code of this file runs are kept.
+constinit std::vector<CStdStr<wchar_t>> TvFileStreamBufImpl::m_cstrAlreadyOpenFiles
     __attribute__((init_priority(TvStartup::kOpenFiles)));
 
 namespace {
@@ -45,7 +46,8 @@ Names::iterator find(const wchar_t* name)
 }
 
 #ifdef TV_CHECK_STRUCTURES
-std::vector<const TvFileStreamBufImpl*> g_owners __attribute__((init_priority(TvStartup::kOpenFiles)));
+constinit std::vector<const TvFileStreamBufImpl*> g_owners
+    __attribute__((init_priority(TvStartup::kOpenFiles)));
 #endif
 
 } // namespace

@@ -2,9 +2,9 @@
 
 #include "TvAlloc.h"
 #include "TvErrorStatus.h"
-#include "TvPlatformBase.h"
 #include "TvVector.h"
 #include "codepage/Utf8.h"
+#include "runtime/TvPlatformCalls.h"
 #include "runtime/TvThrow.h"
 
 #include <cerrno>

@@ -1,7 +1,7 @@
 #include "TvFileSystem.h"
 
 #include "TvCharOp.h"
-#include "TvPlatformBase.h"
+#include "runtime/TvPlatformCalls.h"
 
 #include <cstddef>
 

@@ -29,8 +29,22 @@ struct Constructors {
 struct Library {
     std::string path;
     std::uintptr_t base;
-    std::vector<std::uintptr_t> called; // by the loader, in order
+    std::vector<std::uintptr_t> called;     // by the loader, in order
+    std::vector<std::uintptr_t> calledLast; // by the loader at the end, from the last to the first
 };
+
+std::vector<std::uintptr_t> functionsOf(std::uintptr_t base, const ElfW(Dyn) * entry, int array, int arraySize)
+{
+    const std::uintptr_t* functions = nullptr;
+    std::size_t size = 0;
+    for (; entry != nullptr && entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == array)
+            functions = reinterpret_cast<const std::uintptr_t*>(base + entry->d_un.d_ptr);
+        else if (entry->d_tag == arraySize)
+            size = entry->d_un.d_val / sizeof(std::uintptr_t);
+    }
+    return {functions, functions + size};
+}
 
 int findLibrary(dl_phdr_info* object, std::size_t, void* found)
 {
@@ -43,15 +57,8 @@ int findLibrary(dl_phdr_info* object, std::size_t, void* found)
     for (int i = 0; i < object->dlpi_phnum; ++i)
         if (object->dlpi_phdr[i].p_type == PT_DYNAMIC)
             entry = reinterpret_cast<const ElfW(Dyn)*>(library.base + object->dlpi_phdr[i].p_vaddr);
-    const std::uintptr_t* functions = nullptr;
-    std::size_t size = 0;
-    for (; entry != nullptr && entry->d_tag != DT_NULL; ++entry) {
-        if (entry->d_tag == DT_INIT_ARRAY)
-            functions = reinterpret_cast<const std::uintptr_t*>(library.base + entry->d_un.d_ptr);
-        else if (entry->d_tag == DT_INIT_ARRAYSZ)
-            size = entry->d_un.d_val / sizeof(std::uintptr_t);
-    }
-    library.called.assign(functions, functions + size);
+    library.called = functionsOf(library.base, entry, DT_INIT_ARRAY, DT_INIT_ARRAYSZ);
+    library.calledLast = functionsOf(library.base, entry, DT_FINI_ARRAY, DT_FINI_ARRAYSZ);
     return 1;
 }
 
@@ -151,10 +158,15 @@ TEST_F(StartupOrder, TheHeapIsLast)
     EXPECT_EQ(m_order.back().file, "TvHeap.cpp");
 }
 
-TEST_F(StartupOrder, WhatUnmapsTheRangeIsFirstAndSoDestroyedLast)
+TEST_F(StartupOrder, WhatUnmapsTheRangeIsCalledLast)
 {
-    EXPECT_EQ(m_order.front().step, TvStartup::kHeapRange);
-    EXPECT_EQ(m_order.front().file, "TvHeap.cpp");
+    Library library{};
+    dl_iterate_phdr(findLibrary, &library);
+    const auto names = functionNames(library.path);
+    ASSERT_FALSE(library.calledLast.empty());
+    const auto last = names.find(library.calledLast.front() - library.base);
+    ASSERT_NE(last, names.end());
+    EXPECT_NE(last->second.find("unmapRange"), std::string::npos) << last->second;
 }
 
 struct FileCase {

@@ -59,12 +59,16 @@ struct AfterHeap {
 };
 __attribute__((init_priority(250))) AfterHeap g_afterHeap;
 
-// Destroyed after the range was unmapped.
+// Destroyed after all objects of the library. The range is there until the process has ended;
+// its end with an unloaded library is made here.
 struct AfterRange {
     ~AfterRange()
     {
         if (!g_checksRun)
             return;
+        REQUIRE(std::strcmp(g_unit, "Unit") == 0);
+        REQUIRE(_tvMsize(g_unit) == 24);
+        TvHeapInternals::releaseRange();
         _tvFree(g_unit);
         tvFreePage(g_page);
         REQUIRE(_tvRealloc(g_unit, 100) == nullptr);
