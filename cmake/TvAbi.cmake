@@ -34,13 +34,15 @@ if(TVOSBASE_BUILD_TESTS AND NOT TVOSBASE_SANITIZE)
   set_tests_properties(abi.linking PROPERTIES LABELS abi)
 endif()
 
+set(tvPublicFolders ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/platform/include)
+
 # Sizes, fields and virtual tables of the public classes: abi/class-layouts.txt, from g++'s
 # class dump and what gdb reads of an object file.
 find_program(tvGdb gdb)
 if(tvGdb AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   set(tvLayouts ${PROJECT_SOURCE_DIR}/abi/class-layouts.txt)
   set(tvListLayouts ${PROJECT_SOURCE_DIR}/abi/class-layouts ${CMAKE_CXX_COMPILER} ${tvGdb}
-    ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/platform/include)
+    ${tvPublicFolders})
   add_custom_target(renew-class-layouts
     COMMAND ${tvListLayouts} > ${PROJECT_BINARY_DIR}/class-layouts.txt
     COMMAND ${CMAKE_COMMAND} -E copy ${PROJECT_BINARY_DIR}/class-layouts.txt ${tvLayouts}
@@ -52,3 +54,23 @@ if(tvGdb AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     set_tests_properties(abi.class_layouts PROPERTIES LABELS abi)
   endif()
 endif()
+
+# The libraries as modules compiled earlier know them: abi/baseline/, compared by types as well.
+# Sanitizers change what the compiler says of the library, and the tests need its debug information.
+add_custom_target(renew-abi-baseline COMMENT "Writing abi/baseline/ from the libraries")
+function(tv_abi_baseline library)
+  set(baseline ${PROJECT_SOURCE_DIR}/abi/baseline/lib${library}.abi)
+  add_custom_target(renew-abi-baseline-${library}
+    COMMAND ${PROJECT_SOURCE_DIR}/abi/describe-interface
+      $<TARGET_FILE:${library}> ${tvPublicFolders} > ${PROJECT_BINARY_DIR}/lib${library}.abi
+    COMMAND ${CMAKE_COMMAND} -E copy ${PROJECT_BINARY_DIR}/lib${library}.abi ${baseline}
+    DEPENDS ${library}
+    VERBATIM)
+  add_dependencies(renew-abi-baseline renew-abi-baseline-${library})
+  if(TVOSBASE_BUILD_TESTS AND NOT TVOSBASE_SANITIZE)
+    add_test(NAME abi.baseline_${library}
+      COMMAND ${PROJECT_SOURCE_DIR}/abi/check-baseline
+        $<TARGET_FILE:${library}> ${baseline} ${tvPublicFolders})
+    set_tests_properties(abi.baseline_${library} PROPERTIES LABELS abi TIMEOUT 300 SKIP_RETURN_CODE 77)
+  endif()
+endfunction()
