@@ -1,9 +1,12 @@
 # The installed tree: libraries, headers, the CMake package TvOsBase and tvosbase.pc.
-# Nothing in it holds an absolute path, so it may be moved as a whole.
+# Nothing in it holds an absolute path, so it may be moved as a whole. The component runtime is
+# what programs need that use the library, development what is needed to build them, tools is
+# tvbase (tools/tvbase/CMakeLists.txt).
 include(CMakePackageConfigHelpers)
 
 set(tvHeaderDir ${CMAKE_INSTALL_INCLUDEDIR}/tvosbase)
 set(tvCMakeDir ${CMAKE_INSTALL_LIBDIR}/cmake/TvOsBase)
+set(tvMapFile ${CMAKE_INSTALL_DATADIR}/tvosbase/codepage.map)
 
 set_target_properties(TvOsBase TvPlatformBase PROPERTIES INSTALL_RPATH $ORIGIN)
 install(TARGETS TvOsBase TvPlatformBase EXPORT TvOsBaseTargets
@@ -13,7 +16,8 @@ install(EXPORT TvOsBaseTargets NAMESPACE TvOsBase:: DESTINATION ${tvCMakeDir}
   COMPONENT development)
 
 configure_package_config_file(cmake/TvOsBaseConfig.cmake.in
-  ${PROJECT_BINARY_DIR}/TvOsBaseConfig.cmake INSTALL_DESTINATION ${tvCMakeDir})
+  ${PROJECT_BINARY_DIR}/TvOsBaseConfig.cmake INSTALL_DESTINATION ${tvCMakeDir}
+  PATH_VARS tvMapFile)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/TvOsBaseConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/TvOsBaseConfig.cmake

@@ -8,6 +8,7 @@ option(TVOSBASE_BUILD_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(TVOSBASE_WERROR "Treat compiler warnings as errors" OFF)
 option(TVOSBASE_CHECK_STRUCTURES "Run the structure checkers after each change" OFF)
 option(TVOSBASE_MEMCHECK "Run the test programs under valgrind memcheck" OFF)
+option(TVOSBASE_DEBIAN_PACKAGES "Install what belongs into Debian packages, and make them (target package)" OFF)
 set(TVOSBASE_SANITIZE "" CACHE STRING "Sanitizers for every target, for example address,undefined")
 set(TVOSBASE_HEAP_FIRST_ADDRESS "" CACHE STRING
   "First address tried for the heap's range; empty for the documented one. Memory tools need another")
@@ -20,13 +21,18 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_C_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 
 include(GNUInstallDirs)
 
+# What ships is the same wherever it is built. In other builds debuggers look for the sources
+# where they lie.
 add_library(tv_flags INTERFACE)
+target_compile_options(tv_flags INTERFACE
+  $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
 target_compile_options(tv_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wundef -Wcast-align
   $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>

@@ -1,6 +1,8 @@
 # The installed tool finds the installed map file, wherever the tree is moved to.
 build=$(dirname "$(dirname "$(command -v tvbase)")")
-cmake --install "$build" --prefix "$PWD/first" --component runtime >/dev/null
+for component in runtime tools; do
+    cmake --install "$build" --prefix "$PWD/first" --component $component >/dev/null
+done
 mv first second
 ls second/share/bash-completion/completions second/share/man/man1
 second/bin/tvbase map info | sed -n "s#^file *$PWD/##p"

@@ -25,5 +25,6 @@ export PKG_CONFIG_PATH=$pc
 libdir=$(pkg-config --variable=libdir tvosbase)
 # shellcheck disable=SC2046,SC2086
 "$cxx" -std=c++17 $sanitize "$here/consumer/main.cpp" -o "$work/by-pkg-config" \
+    -DMAP_FILE="\"$(pkg-config --variable=mapfile tvosbase)\"" \
     $(pkg-config --cflags --libs tvosbase) -Wl,-rpath,"$libdir"
 "$work/by-pkg-config"

@@ -22,11 +22,11 @@ std::string named(const std::string& file, const char* by)
     return file;
 }
 
-std::string besideThisProgram()
+std::string seenFromThisProgram(const char* relative)
 {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (program.parent_path() / TVBASE_INSTALLED_MAP).lexically_normal().string();
+    return error ? std::string() : (program.parent_path() / relative).lexically_normal().string();
 }
 
 } // namespace
@@ -37,8 +37,9 @@ std::string findMapFile(const Shared& shared)
         return named(shared.mapFile, "--map");
     if (const char* variable = std::getenv("TVBASE_MAP"); variable && *variable)
         return named(variable, "TVBASE_MAP");
-    for (const std::string& file : {besideThisProgram(), std::string(TVBASE_BUILD_MAP)})
-        if (!file.empty() && access(file.c_str(), R_OK) == 0)
+    for (const char* relative : {TVBASE_INSTALLED_MAP, TVBASE_BUILD_MAP})
+        if (const std::string file = seenFromThisProgram(relative);
+            !file.empty() && access(file.c_str(), R_OK) == 0)
             return file;
     return {};
 }

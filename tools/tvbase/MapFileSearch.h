@@ -8,8 +8,8 @@
 
 struct Shared;
 
-/// The map file to use: that of --map, of $TVBASE_MAP, the installed one beside this program,
-/// or the build's own. One that was named must exist (CommandError); empty when none was
+/// The map file to use: that of --map, of $TVBASE_MAP, the one installed with this program, or
+/// that of the build folder the program lies in. One that was named must exist (CommandError); empty when none was
 /// named and none is there.
 std::string findMapFile(const Shared& shared);
 
