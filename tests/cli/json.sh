@@ -28,3 +28,25 @@ import json, sys
 chart = json.load(sys.stdin)
 print(chart["leadBytes"][0], chart["leadBytes"][-1], len(chart["leadBytes"]), len(chart["characters"]))'
 tvbase chart ansi_932 --lead 83 --json | head -n 5
+
+printf '%s\n' 'my font.SHX;2' 'odd.shx;7' >fonts.ini
+tvbase bigfont --json --ini fonts.ini
+tvbase bigfont --json gbcbig none.shx | python3 -m json.tool --compact
+tvbase num parse --json 12.5mm -1e400
+tvbase num parse --json x | python3 -m json.tool
+tvbase escapes list --json 'é\U+00B0' '\M+1955C\M+1F040\U+000A' | tee list.json
+python3 -m json.tool list.json >/dev/null && echo valid
+tvbase breaks --json '(a b' $'\xff' '' $'"\n'
+tvbase breaks --json --marked a
+echo "status $?"
+cp "$ROOT/data/codepage.map" codepage.map
+tvbase map info --json codepage.map
+printf 'no map file' >broken.map
+tvbase map info --json broken.map | python3 -m json.tool
+# Every --help that tells of --json gives JSON, also where there is nothing to show.
+for command in list 'list -l' 'chart 1251' 'escapes list' 'num parse' bigfont breaks 'heap stats' info 'map info'; do
+    arguments=$([ "$command" != bigfont ] || echo gbcbig)
+    tvbase $command --json $arguments --map codepage.map </dev/null >shown 2>/dev/null ||
+        tvbase $command --json $arguments </dev/null >shown
+    python3 -m json.tool shown >/dev/null && echo "$command: valid"
+done

@@ -3,6 +3,7 @@
 
 #include "CodePageNames.h"
 #include "FileNames.h"
+#include "Json.h"
 #include "WideArguments.h"
 
 #include "TvBigFont.h"
@@ -21,10 +22,35 @@ struct BigFontOptions {
     std::string ini;
 };
 
-void printFont(const std::string& name, const std::string& index, code_page_id id)
+struct Font {
+    std::string name;
+    int index;         // as the library or the file has it
+    code_page_id page; // CP_UNDEFINED for none
+};
+
+void print(const std::vector<Font>& fonts)
 {
-    const std::string page = id == CP_UNDEFINED ? "none" : codePageName(id);
-    std::printf("%s\t%s\t%s\n", name.c_str(), index.c_str(), page.c_str());
+    for (const Font& font : fonts)
+        std::printf("%s\t%d\t%s\n", font.name.c_str(), font.index,
+                    font.page == CP_UNDEFINED ? "none" : codePageName(font.page).c_str());
+}
+
+void printAsJson(const std::vector<Font>& fonts)
+{
+    JsonWriter json;
+    json.beginArray();
+    for (const Font& font : fonts) {
+        json.beginObject();
+        json.text("name", font.name);
+        json.number("index", font.index);
+        if (font.page == CP_UNDEFINED)
+            json.null("page");
+        else
+            json.text("page", codePageName(font.page));
+        json.end();
+    }
+    json.end();
+    json.print();
 }
 
 void readIni(const std::string& file)
@@ -34,16 +60,17 @@ void readIni(const std::string& file)
         throw CommandError("cannot read \"" + file + "\"");
 }
 
-void showFonts(const BigFontOptions& options)
+std::vector<Font> findFonts(const BigFontOptions& options)
 {
     if (options.names.empty() && options.ini.empty())
         throw CommandError("name a font, or a file of fonts with --ini", kExitUsage);
     TvCharMapper::initialize(L"");
     if (!options.ini.empty())
         readIni(options.ini);
+    std::vector<Font> fonts;
     for (const std::string& name : options.names) {
         const code_page_id id = TvCharMapper::getCpByBigFont(wideArgument(name).c_str(), nullptr);
-        printFont(name, std::string(1, TvCharConverter::getMIFIndex(id)), id);
+        fonts.push_back({name, TvCharConverter::getMIFIndex(id) - '0', id});
     }
     for (const auto& [name, index] : g_mapCP2Bigfont) {
         if (!options.names.empty())
@@ -52,13 +79,14 @@ void showFonts(const BigFontOptions& options)
         const code_page_id id = index >= 1 && index <= 5
                                     ? TvCharConverter::getMIFCodepage(static_cast<char>('0' + index))
                                     : CP_UNDEFINED;
-        printFont(byteFileName(name), std::to_string(index), id);
+        fonts.push_back({byteFileName(name), index, id});
     }
+    return fonts;
 }
 
 } // namespace
 
-void addBigFont(CLI::App& app, Shared&)
+void addBigFont(CLI::App& app, Shared& shared)
 {
     const auto options = std::make_shared<BigFontOptions>();
     CLI::App* command =
@@ -66,6 +94,10 @@ void addBigFont(CLI::App& app, Shared&)
     command->add_option("NAME", options->names,
                         "Font files, with or without folders and .shx (else the fonts of --ini)");
     command->add_option("--ini", options->ini, "The user's fonts, a BIGFONT.INI")->type_name("FILE");
+    addJsonOption(*command, shared);
     command->footer("Example:\n  tvbase bigfont gbcbig /fonts/extfont2.shx");
-    command->callback([options] { showFonts(*options); });
+    command->callback([options, &shared] {
+        const std::vector<Font> fonts = findFonts(*options);
+        shared.json ? printAsJson(fonts) : print(fonts);
+    });
 }

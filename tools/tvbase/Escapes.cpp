@@ -2,6 +2,7 @@
 #include "Command.h"
 
 #include "CodePageNames.h"
+#include "Json.h"
 #include "MapFileSearch.h"
 #include "Utf8Sequence.h"
 #include "WideArguments.h"
@@ -117,8 +118,42 @@ bool encodeText(const std::string& text, code_page_id page, std::string& result)
     return isUtf8;
 }
 
+// An escape and where it stands.
+struct FoundEscape {
+    long line;
+    long column;
+    std::string text;
+    Escape escape;
+
+    bool hasUnit() const { return escape.unit != 0 || !escape.isMif; }
+};
+
 // One line an escape: place, escape, code page, unit, character.
-void listEscapes(const std::string& text, long line)
+void print(const FoundEscape& found)
+{
+    const Escape& escape = found.escape;
+    char unit[16] = "-";
+    if (found.hasUnit())
+        std::snprintf(unit, sizeof(unit), "U+%04X", static_cast<unsigned int>(escape.unit));
+    std::printf("%ld:%ld\t%s\t%s\t%s\t%s\n", found.line, found.column, found.text.c_str(),
+                escape.isMif ? codePageName(escape.page).c_str() : "-", unit, shown(escape.unit).c_str());
+}
+
+void write(JsonWriter& json, const FoundEscape& found)
+{
+    const Escape& escape = found.escape;
+    json.beginObject();
+    json.number("line", found.line);
+    json.number("column", found.column);
+    json.text("escape", found.text);
+    escape.isMif ? json.text("page", codePageName(escape.page)) : json.null("page");
+    found.hasUnit() ? json.number("unit", static_cast<int>(escape.unit)) : json.null("unit");
+    const std::string character = shown(escape.unit);
+    character.empty() ? json.null("character") : json.text("character", character);
+    json.end();
+}
+
+void findEscapes(const std::string& text, long line, const std::function<void(const FoundEscape&)>& use)
 {
     long column = 1;
     for (std::size_t at = 0; at < text.size(); ++column) {
@@ -128,11 +163,7 @@ void listEscapes(const std::string& text, long line)
             at += sequence.length > 0 ? static_cast<std::size_t>(sequence.length) : 1;
             continue;
         }
-        char unit[16] = "-";
-        if (escape.unit != 0 || !escape.isMif)
-            std::snprintf(unit, sizeof(unit), "U+%04X", static_cast<unsigned int>(escape.unit));
-        std::printf("%ld:%ld\t%s\t%s\t%s\t%s\n", line, column, text.substr(at, escape.length).c_str(),
-                    escape.isMif ? codePageName(escape.page).c_str() : "-", unit, shown(escape.unit).c_str());
+        use({line, column, text.substr(at, escape.length), escape});
         at += escape.length;
         column += static_cast<long>(escape.length) - 1;
     }
@@ -181,6 +212,19 @@ void runEncode(const EscapeOptions& options, Shared& shared)
     });
 }
 
+void runList(const EscapeOptions& options, Shared& shared)
+{
+    initializeMapper(shared);
+    JsonWriter json;
+    const auto show = [&](const FoundEscape& found) { shared.json ? write(json, found) : print(found); };
+    json.beginArray();
+    forEachText(options.texts,
+                [&](const std::string& text, long number) { findEscapes(text, number, show); });
+    json.end();
+    if (shared.json)
+        json.print();
+}
+
 CLI::App* addSubcommand(CLI::App& escapes, Shared& shared, EscapeOptions& options, const char* name,
                         const char* description, const char* example)
 {
@@ -221,8 +265,6 @@ void addEscapes(CLI::App& app, Shared& shared)
         *escapes, shared, options, "list",
         "Show the escapes of a text: line and column, escape, code page, UTF-16 unit, character",
         "tvbase escapes list < notes.txt");
-    list->callback([&shared] {
-        initializeMapper(shared);
-        forEachText(options.texts, [](const std::string& text, long number) { listEscapes(text, number); });
-    });
+    addJsonOption(*list, shared);
+    list->callback([&shared] { runList(options, shared); });
 }

@@ -1,6 +1,6 @@
 // tvbase - the base library from a terminal.
 #include "Command.h"
-#include "NumberArguments.h"
+#include "LiteralArguments.h"
 
 #include "TvExport.h"
 
@@ -54,8 +54,9 @@ int main(int argc, char** argv)
     addBreaks(app, shared);
     addHeap(app, shared);
     addInfo(app, shared);
+    acceptLiterals(app);
     try {
-        app.parse(parserArguments(argc, argv));
+        app.parse(parserArguments(app, argc, argv));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kExitUsage;
     } catch (const CommandError& error) {

@@ -2,6 +2,7 @@
 #include "Command.h"
 
 #include "CodePageNames.h"
+#include "Json.h"
 #include "MapFileReader.h"
 #include "MapFileSearch.h"
 #include "Output.h"
@@ -26,11 +27,8 @@ std::string requireMapFile(const Shared& shared)
     return file;
 }
 
-void runInfo(Shared& shared)
+void print(const std::string& file, const MapFileContent& content)
 {
-    TvCharMapper::initialize(L"");
-    const std::string file = requireMapFile(shared);
-    const MapFileContent content = readMapFile(file);
     std::printf("file   %s\ntitle  %s\nsize   %" PRIu64 " bytes\n", file.c_str(), content.title.c_str(),
                 content.size);
     if (!content.tables.empty())
@@ -42,6 +40,41 @@ void runInfo(Shared& shared)
             std::printf("  %04X to %04X", table.pairs.front().first, table.pairs.back().first);
         std::printf("\n");
     }
+}
+
+void printAsJson(const std::string& file, const MapFileContent& content)
+{
+    JsonWriter json;
+    json.beginObject();
+    json.text("file", file);
+    json.text("title", content.title);
+    json.number("size", content.size);
+    json.beginArray("tables");
+    for (const MapFileTable& table : content.tables) {
+        json.beginObject();
+        json.text("page", codePageName(static_cast<code_page_id>(table.id)));
+        json.number("position", table.position);
+        json.number("pairs", table.pairs.size());
+        if (table.pairs.empty()) {
+            json.null("first");
+            json.null("last");
+        } else {
+            json.number("first", table.pairs.front().first);
+            json.number("last", table.pairs.back().first);
+        }
+        json.end();
+    }
+    json.end();
+    json.end();
+    json.print();
+}
+
+void runInfo(Shared& shared)
+{
+    TvCharMapper::initialize(L"");
+    const std::string file = requireMapFile(shared);
+    const MapFileContent content = readMapFile(file);
+    shared.json ? printAsJson(file, content) : print(file, content);
     for (const std::string& problem : content.problems)
         complain(file + ": " + problem);
     if (!content.problems.empty())
@@ -171,6 +204,7 @@ void addMap(CLI::App& app, Shared& shared)
     map->footer("Example:\n  tvbase map check codepage.map");
 
     CLI::App* info = addSubcommand(*map, "info", "Say what the file holds", "tvbase map info");
+    addJsonOption(*info, shared);
     addMapOption(*info, shared);
     info->callback([&shared] { runInfo(shared); });
 

@@ -1,6 +1,6 @@
 // tvbase num - numbers to text and back, correctly rounded.
 #include "Command.h"
-#include "NumberArguments.h"
+#include "Json.h"
 #include "WideArguments.h"
 
 #include "TvGdImpl.h"
@@ -8,9 +8,11 @@
 
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <new>
 #include <string>
 #include <vector>
@@ -66,7 +68,16 @@ int formatNumbers(const NumOptions& options)
                          [&](double value) { std::printf("%s\n", formatted(value, options).c_str()); });
 }
 
-void showReading(const std::string& text, Shared& shared)
+// What a text reads as.
+struct Reading {
+    std::string text;
+    std::string exact; // 17 digits
+    std::string bits;  // of the double, hexadecimal
+    std::ptrdiff_t used;
+    std::string shortestText;
+};
+
+void readText(const std::string& text, Shared& shared, const std::function<void(const Reading&)>& use)
 {
     char* end = nullptr;
     const double value = tvStrToD(text.c_str(), &end);
@@ -77,17 +88,41 @@ void showReading(const std::string& text, Shared& shared)
     }
     char exact[64];
     tvFltToG(exact, value, 17, 'e', 0);
-    std::printf("%s\t%s\t%016llX\t%td\t%s\n", text.c_str(), exact,
-                static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(value)), end - text.c_str(),
-                shortest(value).c_str());
+    char bits[17];
+    std::snprintf(bits, sizeof(bits), "%016llX",
+                  static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(value)));
+    use({text, exact, bits, end - text.c_str(), shortest(value)});
+}
+
+void print(const Reading& reading)
+{
+    std::printf("%s\t%s\t%s\t%td\t%s\n", reading.text.c_str(), reading.exact.c_str(), reading.bits.c_str(),
+                reading.used, reading.shortestText.c_str());
+}
+
+void write(JsonWriter& json, const Reading& reading)
+{
+    json.beginObject();
+    json.text("text", reading.text);
+    json.text("exact", reading.exact);
+    json.text("bits", reading.bits);
+    json.number("used", reading.used);
+    json.text("shortest", reading.shortestText);
+    json.end();
 }
 
 void showReadings(const std::vector<std::string>& texts, Shared& shared)
 {
+    JsonWriter json;
+    const auto show = [&](const Reading& reading) { shared.json ? write(json, reading) : print(reading); };
+    json.beginArray();
     for (const std::string& text : texts)
-        showReading(text, shared);
+        readText(text, shared, show);
     for (std::string line; texts.empty() && readLine(line);)
-        showReading(line, shared);
+        readText(line, shared, show);
+    json.end();
+    if (shared.json)
+        json.print();
 }
 
 void addFormat(CLI::App& num, Shared& shared, NumOptions& options)
@@ -104,7 +139,7 @@ void addFormat(CLI::App& num, Shared& shared, NumOptions& options)
         command->add_option("-p,--precision", options.precision, "Places or digits of -f, -e and -g")
             ->check(CLI::Range(0, kMostDigits))
             ->capture_default_str();
-    addNumbers(*command, "NUMBER", options.texts, "Numbers (else one a line from standard input)");
+    command->add_option("NUMBER", options.texts, "Numbers (else one a line from standard input)");
     command->footer("Example:\n  tvbase num format -f --precision 3 -- 2.0005 -1e2");
     command->callback([&shared, &options, precision] {
         options.precisionGiven = precision->count() > 0;
@@ -116,7 +151,8 @@ void addParse(CLI::App& num, Shared& shared, NumOptions& options)
 {
     CLI::App* command = num.add_subcommand(
         "parse", "Show what a text reads as: text, 17 digits, bits, characters used, shortest text");
-    addNumbers(*command, "TEXT", options.texts, "Texts (else one a line from standard input)");
+    command->add_option("TEXT", options.texts, "Texts (else one a line from standard input)");
+    addJsonOption(*command, shared);
     command->footer("Example:\n  tvbase num parse 0.1 12.5mm");
     command->callback([&shared, &options] { showReadings(options.texts, shared); });
 }
