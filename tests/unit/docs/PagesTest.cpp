@@ -1,9 +1,11 @@
-// The pages of docs/ against the sources that they quote.
+// The pages for users against the sources that they quote.
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -54,7 +56,7 @@ struct Piece {
 // The C++ pieces of a page, in order.
 std::vector<Piece> piecesOf(const std::string& page)
 {
-    std::istringstream in(contentOf(kSources / "docs" / page));
+    std::istringstream in(contentOf(kSources / page));
     std::vector<Piece> pieces;
     Piece piece;
     bool inCode = false;
@@ -94,14 +96,32 @@ std::vector<std::pair<std::string, std::string>> testsOf(const std::string& sour
     return tests;
 }
 
-TEST(GuidePage, QuotesItsExamples)
+// Each piece of code stands in the file that the line above it names.
+void expectQuotes(const std::string& page)
 {
-    for (const Piece& piece : piecesOf("guide.md")) {
+    for (const Piece& piece : piecesOf(page)) {
         const std::string source = bareText(contentOf(kSources / piece.source));
         EXPECT_NE(source.find(bareText(piece.code)), std::string::npos) << "not in " << piece.source << ":\n"
                                                                         << piece.code;
     }
 }
+
+TEST(Readme, QuotesItsExamples) { expectQuotes("README.md"); }
+
+TEST(Readme, LeadsToPagesThatAreThere)
+{
+    const std::string page = contentOf(kSources / "README.md");
+    const std::size_t table = page.find("## Where to find the rest");
+    ASSERT_NE(table, std::string::npos);
+    int count = 0;
+    const std::regex named("`([A-Za-z_./-]+(\\.md|/))`");
+    for (std::sregex_iterator it(page.begin() + static_cast<std::ptrdiff_t>(table), page.end(), named), end;
+         it != end; ++it, ++count)
+        EXPECT_TRUE(std::filesystem::exists(kSources / (*it)[1].str())) << (*it)[1];
+    EXPECT_GE(count, 10);
+}
+
+TEST(GuidePage, QuotesItsExamples) { expectQuotes("docs/guide.md"); }
 
 TEST(GuidePage, NamesEveryExample)
 {
@@ -118,7 +138,7 @@ TEST(OdditiesPage, HasATestForEachHeading)
 {
     std::vector<std::string> headings;
     std::set<std::string> chapters;
-    for (const Piece& piece : piecesOf("oddities.md")) {
+    for (const Piece& piece : piecesOf("docs/oddities.md")) {
         headings.push_back(piece.chapter + "." + nameOf(piece.heading));
         chapters.insert(piece.chapter);
     }
@@ -135,7 +155,7 @@ TEST(OdditiesPage, HasATestForEachHeading)
 
 TEST(OdditiesPage, ShowsWhatTheTestsRun)
 {
-    for (const Piece& piece : piecesOf("oddities.md")) {
+    for (const Piece& piece : piecesOf("docs/oddities.md")) {
         const std::string file = piece.chapter + "OdditiesTest.cpp";
         for (const auto& [name, body] : testsOf(contentOf(kSources / "tests/unit/docs" / file))) {
             if (name != nameOf(piece.heading))
