@@ -254,7 +254,7 @@ public:
     bool m_freeDisabled;                 ///< a host may set it: frees of pooled units are ignored then
 
     // One heap in the process: its range is the configurator's.
-    TV_LOCAL TvHeap();
+    TV_LOCAL constexpr TvHeap();
     TV_LOCAL ~TvHeap();
 };
 

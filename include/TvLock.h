@@ -64,6 +64,11 @@ public:
     TvLocker& operator=(const TvLocker&) = delete;
 
 private:
+    // Without a lock, for the heap's object, which is a constant until the library is loaded.
+    template<int, class, class, class>
+    friend class TvHeap;
+    constexpr explicit TvLocker(decltype(nullptr)) noexcept : m_lock(nullptr) {}
+
     TvLock* m_lock;
 };
 

@@ -47,6 +47,23 @@ void dumpAll(Node* head)
         head->dump();
 }
 
+// Reserves the range and makes what lies outside the object.
+void openHeap(Heap& heap)
+{
+    for (TvLocker* locker : {&heap.m_smallLock, &heap.m_blockLock, &heap.m_pageLock})
+        new (locker) TvLocker;
+    void* const start = TvHeapConfigurator::tvMemoryInitialize(Heap::kRangeSize);
+    TvHeapConfigurator::pStartAddress = start;
+    TvHeapConfigurator::mOffSetId = TvHeapConfigurator::sGetPageId(start);
+    g_state.start = static_cast<char*>(start);
+    g_state.fastStart = start != nullptr ? reinterpret_cast<std::uintptr_t>(start) : kNowhere;
+    if (start != nullptr)
+        TvMemoryTools::rangeReserved(start, Heap::kRangeSize);
+    heap.m_searchHint = kFirstSearch;
+    createPools(heap);
+    watchForEnd(); // for a library that is loaded by dlopen()
+}
+
 // Closes the books: without pools nothing is handed out or taken back any more. Pages
 // and their records stay as they are, because units in use stay usable.
 void closeHeap(Heap& heap)
@@ -127,21 +144,15 @@ void freePooled(Heap& heap, void* ptr, PageKind kind)
 
 using namespace TvHeapInternals;
 
+// A constant, so that its records of 1 MiB come with the library's file and cost neither time
+// nor memory before they are used; openHeap() does what has to run.
 template<int N, class P, class C, class D>
-TvHeap<N, P, C, D>::TvHeap() : m_freeBlockPages(nullptr), m_decommittedPages(nullptr)
+constexpr TvHeap<N, P, C, D>::TvHeap()
+    : m_smallLock(nullptr), m_blockLock(nullptr), m_pageLock(nullptr), pools{}, m_freeBlockPages(nullptr),
+      m_decommittedPages(nullptr), pagePools{}, pageHeaps{}, m_searchHint(0), m_pageFlags{},
+      m_freeDisabled(false)
 {
-    m_searchHint = kPageIds - 1;
-    m_freeDisabled = false;
-    C::sInitPageFlags(m_pageFlags);
-    C::pStartAddress = C::tvMemoryInitialize(kRangeSize);
-    C::mOffSetId = C::sGetPageId(C::pStartAddress);
-    g_state.start = static_cast<char*>(C::pStartAddress);
-    g_state.fastStart = g_state.start != nullptr ? reinterpret_cast<std::uintptr_t>(g_state.start) : kNowhere;
-    if (g_state.start != nullptr)
-        TvMemoryTools::rangeReserved(g_state.start, kRangeSize);
-    m_searchHint = kFirstSearch;
-    createPools(*this);
-    watchForEnd(); // for a library that is loaded by dlopen()
+    initPageFlags(m_pageFlags);
 }
 
 template<int N, class P, class C, class D>
@@ -234,5 +245,15 @@ template void TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDu
 template bool
 TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>::isResident(const void*) const;
 
-TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper> g_tvGlobalHeap
+namespace {
+
+// In front of the heap, so that it is open when its destructor is registered.
+struct HeapStart {
+    HeapStart() { openHeap(g_tvGlobalHeap); }
+};
+const HeapStart g_heapStart __attribute__((init_priority(TvStartup::kGlobalHeap)));
+
+} // namespace
+
+constinit TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper> g_tvGlobalHeap
     __attribute__((init_priority(TvStartup::kGlobalHeap)));

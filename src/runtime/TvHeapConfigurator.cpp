@@ -1,8 +1,7 @@
 #include "TvHeap.h"
 
+#include "runtime/TvHeapInternals.h"
 #include "runtime/TvMemoryTools.h"
-
-#include <cstring>
 
 #include <sys/mman.h>
 
@@ -99,11 +98,7 @@ std::size_t TvHeapConfigurator::sGetPagePoolIndex(std::size_t size)
 
 std::size_t TvHeapConfigurator::sGetSizeOfPagePool(std::size_t index) { return index * 4096; }
 
-void TvHeapConfigurator::sInitPageFlags(unsigned char* flags)
-{
-    std::memset(flags, 2, 32768);
-    flags[0] = 0;
-}
+void TvHeapConfigurator::sInitPageFlags(unsigned char* flags) { TvHeapInternals::initPageFlags(flags); }
 
 void* TvHeapConfigurator::tvMemoryReserve(void* address, std::size_t length, int protection, int flags)
 {

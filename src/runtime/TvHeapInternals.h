@@ -24,6 +24,14 @@ constexpr int kFirstUsableBlock = 2; // blocks 0 and 1 hold the descriptors
 constexpr int kMaxCommittedFree = 16;
 constexpr std::size_t kMaxSmallSize = 256;
 
+// Every page may be taken but the first.
+constexpr void initPageFlags(unsigned char* flags)
+{
+    flags[0] = 0;
+    for (int id = 1; id < Heap::kPageIds; ++id)
+        flags[id] = Heap::kPageFree;
+}
+
 enum class PageKind : unsigned char { None, Blocks, Units };
 
 // The heap's private state: what the fast path reads, and how far the heap's life has
