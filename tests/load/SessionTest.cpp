@@ -4,6 +4,7 @@
 // TV_TEST_SCALE makes the days longer; ctest --preset long works through millions of operations.
 #include "DrawingSession.h"
 
+#include "OpenDescriptors.h"
 #include "PooledHeap.h"
 #include "TestScale.h"
 
@@ -11,7 +12,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -36,10 +36,8 @@ Footprint footprint()
     long pages = 0;
     long resident = 0;
     std::ifstream("/proc/self/statm") >> pages >> resident;
-    long descriptors = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++descriptors;
-    return {pooledUnitsInUse(), mallinfo2().uordblks, resident * (sysconf(_SC_PAGESIZE) / 1024), descriptors};
+    return {pooledUnitsInUse(), mallinfo2().uordblks, resident * (sysconf(_SC_PAGESIZE) / 1024),
+            openDescriptors()};
 }
 
 // Works a week; the hash of each day, and the footprint at its end.

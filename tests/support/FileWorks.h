@@ -4,6 +4,7 @@
 #define TV_TEST_FILE_WORKS_H
 
 #include "FileStreams.h"
+#include "OpenDescriptors.h"
 #include "TestFiles.h"
 
 #include "TvFileSystem.h"
@@ -14,14 +15,6 @@
 #include <memory>
 #include <ostream>
 #include <string>
-
-inline int openDescriptors()
-{
-    int count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++count;
-    return count;
-}
 
 inline const std::string kContent = std::string(20000, 'c') + std::string(20000, 'd');
 

@@ -4,6 +4,7 @@
 #include "FailNth.h"
 #include "FailingSystemCalls.h"
 #include "MapperText.h"
+#include "OpenDescriptors.h"
 #include "Recorder.h"
 #include "TestFiles.h"
 #include "TvBigFont.h"
@@ -11,19 +12,10 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <filesystem>
 #include <map>
 #include <string>
 
 namespace {
-
-int openDescriptors()
-{
-    int count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++count;
-    return count;
-}
 
 // An error number, or that half of a transfer is made.
 class TableFileFault : public testing::TestWithParam<int> {
@@ -39,7 +31,7 @@ protected:
     template<class Prepare, class Work, class Check>
     static void eachCall(Prepare prepare, Work work, Check check)
     {
-        const int descriptors = openDescriptors();
+        const long descriptors = openDescriptors();
         int nth = 1;
         for (; nth < 10000; ++nth) {
             prepare();

@@ -14,6 +14,8 @@
 #include <string>
 #include <tuple>
 
+#include <unistd.h>
+
 namespace {
 
 struct Fault {
@@ -45,6 +47,17 @@ int mappingsOf(const Place& place)
     return count;
 }
 
+// How many record locks this process holds, on whatever files.
+int recordLocks()
+{
+    const std::string own = " " + std::to_string(getpid()) + " ";
+    std::ifstream locks("/proc/locks");
+    int count = 0;
+    for (std::string line; std::getline(locks, line);)
+        count += line.find(own) != std::string::npos;
+    return count;
+}
+
 class SystemCallFault : public testing::TestWithParam<std::tuple<Work, Fault>> {
 protected:
     void SetUp() override
@@ -58,6 +71,7 @@ protected:
         ASSERT_TRUE(work().isRight(place));
         ASSERT_EQ(mappingsOf(place), 0);
         ASSERT_EQ(openExclusively(place.name).status, Orna::eOk);
+        ASSERT_EQ(recordLocks(), 0);
         openDescriptors();
     }
 
@@ -72,7 +86,7 @@ protected:
     {
         const HeapBalance balance;
         const long units = pooledUnitsInUse();
-        const int descriptors = openDescriptors();
+        const long descriptors = openDescriptors();
         bool fired = false;
         {
             Place place;
@@ -87,6 +101,7 @@ protected:
             EXPECT_TRUE(told || work().isRight(place)) << nth << ", system call " << which;
             EXPECT_TRUE(!told || fired) << "told of a failure that was none";
             EXPECT_EQ(mappingsOf(place), 0) << nth << ", system call " << which;
+            EXPECT_EQ(recordLocks(), 0) << nth << ", system call " << which;
             EXPECT_TRUE(TvFileStreamBufImpl::m_cstrAlreadyOpenFiles.empty()) << nth;
             EXPECT_EQ(openExclusively(place.name).status, Orna::eOk) << nth << ", system call " << which;
         }

@@ -18,7 +18,7 @@ protected:
     // Runs the work with each call of `kind` failing in turn, until none is left to fail.
     static void failEach(FailingCalls::Kind kind)
     {
-        const int descriptors = openDescriptors();
+        const long descriptors = openDescriptors();
         for (int nth = 1;; ++nth) {
             Place place;
             Recorder recorder;

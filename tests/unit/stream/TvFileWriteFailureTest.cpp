@@ -4,6 +4,7 @@
 
 #include "Child.h"
 #include "FileStreams.h"
+#include "OpenDescriptors.h"
 #include "TestFiles.h"
 
 #include <gtest/gtest.h>
@@ -16,14 +17,6 @@
 namespace {
 
 const std::wstring kWriteError = L"Write file error!";
-
-int openDescriptors()
-{
-    int count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++count;
-    return count;
-}
 
 Opened<TvFileStreamBufImpl> fullDisk() { return openFile(L"/dev/full"); }
 
