@@ -73,6 +73,14 @@ size_t encodeUtf8(const wchar_t* name, char* out, size_t size)
     return sink.finish();
 }
 
+// The C library drops characters that it holds to be invisible (tags, U+E0000 on) without a
+// word; names that differ in them are different files.
+bool isWhole(const wchar_t* name, const char* bytes)
+{
+    std::mbstate_t state{};
+    return std::mbsrtowcs(nullptr, &bytes, 0, &state) == std::wcslen(name);
+}
+
 // kNoCharacter when the current locale cannot represent the whole name.
 size_t encodeForLocale(const wchar_t* name, char* out, size_t size)
 {
@@ -87,7 +95,7 @@ size_t encodeForLocale(const wchar_t* name, char* out, size_t size)
     state = std::mbstate_t{};
     // A setlocale in another thread between the two passes must not lose the terminator.
     const size_t written = std::wcsrtombs(out, &from, size, &state);
-    return written == length ? length : kNoCharacter;
+    return written == length && isWhole(name, out) ? length : kNoCharacter;
 }
 
 } // namespace

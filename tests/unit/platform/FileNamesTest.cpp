@@ -52,6 +52,7 @@ const NameCase kNames[] = {
     {"FirstOfThreeBytes", L"\x800", "\xE0\xA0\x80"},
     {"LastOfThreeBytes", L"\xFFFD", "\xEF\xBF\xBD"},
     {"BeyondTheBasicPlane", L"\x1F600", "\xF0\x9F\x98\x80"},
+    {"InvisibleTagIsKept", L"a\xE0041.dwg", "a\xF3\xA0\x81\x81.dwg"},
     {"TwoSurrogatesAreOneCharacter", L"\xD83D\xDE00x", "\xF0\x9F\x98\x80x"},
     {"LoneHighSurrogate", L"\xD83Dx", "\xED\xA0\xBDx"},
     {"LoneLowSurrogate", L"\xDE00", "\xED\xB8\x80"},
