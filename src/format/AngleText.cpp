@@ -80,6 +80,8 @@ void addSplit(UnitText& text, const SplitAngle& angle, int parts, int flags)
 
 void addDegreesMinutesSeconds(UnitText& text, double value, int precision, int flags, unsigned maxLength)
 {
+    if (!std::isfinite(degreesOf(value))) // of an angle near the largest double
+        return text.add(L"%f", degreesOf(value));
     const int parts = partsFor(maxLength, precision);
     addSplit(text, split(value, parts), parts, flags);
 }

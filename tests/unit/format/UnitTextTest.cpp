@@ -383,6 +383,18 @@ TEST(AngleFromBase, BaseThatIsNoNumberGivesNaN)
     EXPECT_EQ(unitText(1.0, 2, 40), L"NaN");
 }
 
+// Its degrees pass the largest double, and their minutes would be no number.
+TEST(AngleAsGiven, DegreesBeyondTheLargestDoubleAreInfinity)
+{
+    Settings settings;
+    g_appUnits.angleStyle = 1;
+    for (const short precision : {0, 2, 8}) {
+        g_appUnits.anglePrecision = precision;
+        EXPECT_EQ(unitText(1.7e308, 3, 40), L"Infinity");
+        EXPECT_EQ(unitText(-1.7e308, 3, 40), L"-Infinity");
+    }
+}
+
 struct ChoiceCase {
     const char* name;
     int kind;
