@@ -1,25 +1,16 @@
 // Bytes as a program for the pooled heap, six a step: the operation, how often to repeat it,
 // two arguments. The whole heap is checked after each step, and at the end nothing is in use.
+#include "FuzzInput.h"
 #include "HeapTraffic.h"
 #include "PooledHeap.h"
 #include "runtime/TvHeapCheck.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
 
 constexpr std::size_t kBytesPerStep = 6;
-
-void requireNothing(const char* wrong)
-{
-    if (wrong == nullptr)
-        return;
-    std::fprintf(stderr, "%s\n", wrong);
-    std::abort();
-}
 
 unsigned word(const std::uint8_t* bytes) { return bytes[0] | static_cast<unsigned>(bytes[1]) << 8; }
 

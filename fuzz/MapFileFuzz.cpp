@@ -2,20 +2,14 @@
 // interface.
 #include "TvCodePages.h"
 
+#include "FuzzInput.h"
 #include "PlainStream.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void readTable(EkCodepageMapper& mapper, TvStreamBuf& stream)
 {

@@ -1,22 +1,18 @@
 // Any text in any code page, both ways: the whole conversion against its rules spelled out, and
 // every kernel set of this machine against the plain one.
 //
-// Byte 0 chooses the code page, byte 1 the system code page, the rest is the text. As wide text
-// a byte below 0x80 is an element of its own, any other up to 0xFE makes one with its 7 low bits
-// and the next byte, whose follower lends the lowest bit; 0xFF and three bytes make a large or
-// negative one.
+// Byte 0 chooses the code page, byte 1 the system code page, the rest is the text.
 #include "TvCharMapper.h"
 #include "TvPlatformBase.h"
 #include "codepage/CodepageIndex.h"
 #include "codepage/TextKernels.h"
 
+#include "FuzzInput.h"
 #include "MapperModel.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -26,48 +22,11 @@ namespace {
 
 constexpr unsigned kSystemPages[] = {1252, 932, 936, 949, 950, 1251, 65001, 20936};
 
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-// A block of just its size, so that a memory checker sees a read behind it.
-template<class T>
-std::unique_ptr<T[]> exactly(const std::basic_string<T>& text)
-{
-    std::unique_ptr<T[]> block(new T[text.size()]);
-    std::copy(text.begin(), text.end(), block.get());
-    return block;
-}
-
 template<class T>
 std::basic_string<T> resultText(const TvVector<T>& result)
 {
     require(result.length() > 0 && result.asArrayPtr()[result.length() - 1] == 0);
     return {result.asArrayPtr(), static_cast<std::size_t>(result.length()) - 1};
-}
-
-std::wstring wideOf(const std::string& bytes)
-{
-    const auto byteAt = [&](std::size_t at) {
-        return at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0u;
-    };
-    std::wstring wide;
-    for (std::size_t at = 0; at < bytes.size();) {
-        const unsigned b = byteAt(at);
-        if (b < 0x80) {
-            wide += static_cast<wchar_t>(b);
-            at += 1;
-        } else if (b < 0xFF) {
-            wide += static_cast<wchar_t>((b & 0x7F) << 9 | byteAt(at + 1) << 1 | byteAt(at + 2) % 2);
-            at += 2;
-        } else {
-            wide += static_cast<wchar_t>(byteAt(at + 1) << 24 | byteAt(at + 2) << 16 | byteAt(at + 3));
-            at += 4;
-        }
-    }
-    return wide;
 }
 
 void checkConversions(code_page_id cp, const std::string& bytes, const std::wstring& wide)

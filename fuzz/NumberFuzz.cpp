@@ -6,6 +6,8 @@
 #include "TvGdImpl.h"
 #include "TvNumber.h"
 
+#include "FuzzInput.h"
+
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -16,12 +18,6 @@
 #include <vector>
 
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 std::uint64_t bitsOf(double value) { return std::bit_cast<std::uint64_t>(value); }
 

@@ -4,12 +4,14 @@
 // and is left out, or pointers to texts, which every integer conversion may read as well.
 #include "TvFormat.h"
 
+#include "FuzzInput.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cwchar>
 #include <iterator>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -52,15 +54,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!texts)
         format.erase(std::remove(format.begin(), format.end(), L's'), format.end());
     format.push_back(0);
-    std::vector<wchar_t> buffer(static_cast<std::size_t>(capacity), L'#');
 
-    constexpr auto arguments = std::make_index_sequence<kMostItems>();
-    const int result = texts ? formatTexts(buffer.data(), capacity, format.data(), arguments)
-                             : formatIntegers(buffer.data(), capacity, format.data(), arguments);
-
-    if (result < -1 || (result > 0 && result >= capacity))
-        std::abort();
-    if (capacity > 0 && !std::wmemchr(buffer.data(), 0, buffer.size()))
-        std::abort();
+    const auto run = [&](int room, wchar_t* buffer) {
+        constexpr auto arguments = std::make_index_sequence<kMostItems>();
+        const int result = texts ? formatTexts(buffer, room, format.data(), arguments)
+                                 : formatIntegers(buffer, room, format.data(), arguments);
+        require(result >= -1 && (result <= 0 || result < room));
+        require(room == 0 || std::wmemchr(buffer, 0, static_cast<std::size_t>(room)));
+        return result;
+    };
+    const auto buffer = exactly(std::wstring(static_cast<std::size_t>(capacity), L'#'));
+    const int result = run(capacity, buffer.get());
+    if (result <= 0)
+        return 0;
+    // A text that fits is the same with more room, and in just its own.
+    const int room = result + 1 + 50 * (capacity & 1);
+    const auto other = exactly(std::wstring(static_cast<std::size_t>(room), L'#'));
+    require(run(room, other.get()) == result);
+    require(std::wmemcmp(buffer.get(), other.get(), static_cast<std::size_t>(result) + 1) == 0);
     return 0;
 }
