@@ -1,5 +1,6 @@
 #include "stream/TvFileLock.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #include <fcntl.h>
@@ -18,10 +19,21 @@ struct flock wholeFile(short type)
     return lock;
 }
 
+// A file server may be interrupted in its answer: a lock that was not asked for, or not seen,
+// would let two processes in.
+int askForLock(int descriptor, int command, struct flock& lock)
+{
+    for (;;) {
+        const int result = ::fcntl(descriptor, command, &lock);
+        if (result == 0 || errno != EINTR)
+            return result;
+    }
+}
+
 void setLock(int descriptor, short type)
 {
-    const struct flock lock = wholeFile(type);
-    ::fcntl(descriptor, F_SETLK, &lock);
+    struct flock lock = wholeFile(type);
+    askForLock(descriptor, F_SETLK, lock);
 }
 
 } // namespace
@@ -29,7 +41,7 @@ void setLock(int descriptor, short type)
 bool tvFileIsLockedElsewhere(int descriptor)
 {
     struct flock lock = wholeFile(F_WRLCK);
-    if (::fcntl(descriptor, F_GETLK, &lock) != 0)
+    if (askForLock(descriptor, F_GETLK, lock) != 0)
         return false;
     return lock.l_type == F_RDLCK || lock.l_type == F_WRLCK;
 }

@@ -1,5 +1,8 @@
-// LibraryUnloadTest <library>: loading and unloading it leaves the process as it was.
-// Not linked to the library.
+// LibraryUnloadTest <library> <platform library> <module>: loading and unloading the libraries
+// leaves the process as it was. The module is linked with them and uses every area; this program
+// is not.
+#include "CaseName.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -16,6 +19,8 @@
 namespace {
 
 std::string g_library;
+std::string g_platformLibrary;
+std::string g_module;
 
 #ifdef TV_HEAP_FIRST_ADDRESS
 constexpr std::uintptr_t kFirstAddress = TV_HEAP_FIRST_ADDRESS;
@@ -32,6 +37,12 @@ std::multiset<std::string> mappings()
         if (line.find("[heap]") == std::string::npos && line.find("[stack]") == std::string::npos)
             result.insert(line);
     return result;
+}
+
+void expectNothingLoaded()
+{
+    for (const std::string& library : {g_library, g_platformLibrary, g_module})
+        EXPECT_EQ(dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << library << " stayed loaded";
 }
 
 // A round of real use; true when memory came from the library's range.
@@ -55,16 +66,53 @@ bool loadUseUnload()
     }
     static_cast<void>(take(20)); // in use at unload: goes with the range
     dlclose(library);
-    EXPECT_EQ(dlopen(g_library.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "it stayed loaded";
+    expectNothingLoaded();
     return pooled;
 }
 
-TEST(LibraryUnload, AHundredRoundsLeaveTheMappingsAsTheyWere)
+// Every area of the library in a module that brings it along.
+void loadModuleUseAllUnload()
 {
-    loadUseUnload();
+    void* const module = dlopen(g_module.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(module, nullptr) << dlerror();
+    const auto use = reinterpret_cast<const char* (*)()>(dlsym(module, "useEveryArea"));
+    const char* const fault = use();
+    EXPECT_EQ(fault, nullptr) << fault;
+    dlclose(module);
+    expectNothingLoaded();
+}
+
+void loadPlatformUseUnload()
+{
+    void* const library = dlopen(g_platformLibrary.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    EXPECT_NE(reinterpret_cast<unsigned int (*)()>(dlsym(library, "GetACP"))(), 0u);
+    EXPECT_EQ(reinterpret_cast<int (*)(const wchar_t*)>(dlsym(library, "_wtoi"))(L"42"), 42);
+    dlclose(library);
+    expectNothingLoaded();
+}
+
+struct Round {
+    const char* name;
+    void (*run)();
+};
+
+const Round kRounds[] = {
+    {"Library", [] { loadUseUnload(); }},
+    {"PlatformLibrary", loadPlatformUseUnload},
+    {"ModuleThatUsesAll", loadModuleUseAllUnload},
+};
+
+class LibraryUnload : public testing::TestWithParam<Round> {};
+
+INSTANTIATE_TEST_SUITE_P(All, LibraryUnload, testing::ValuesIn(kRounds), nameOfCase<Round>);
+
+TEST_P(LibraryUnload, AHundredRoundsLeaveTheMappingsAsTheyWere)
+{
+    GetParam().run();
     const auto before = mappings();
     for (int i = 0; i < 100; ++i)
-        loadUseUnload();
+        GetParam().run();
     EXPECT_EQ(mappings(), before);
 }
 
@@ -73,28 +121,28 @@ std::ptrdiff_t openDescriptors()
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
-TEST(LibraryUnload, AHundredRoundsLeaveNoDescriptorOpen)
+TEST_P(LibraryUnload, AHundredRoundsLeaveNoDescriptorOpen)
 {
-    loadUseUnload();
+    GetParam().run();
     const auto before = openDescriptors();
     for (int i = 0; i < 100; ++i)
-        loadUseUnload();
+        GetParam().run();
     EXPECT_EQ(openDescriptors(), before);
 }
 
-// The C library keeps some blocks of each size at hand and counts them as in use: it has
-// enough of them after a few rounds. The smallest block that a round could lose takes 32 bytes.
-TEST(LibraryUnload, AHundredRoundsLeaveNoMemoryInUse)
+// The C library keeps some blocks of each size at hand and counts them as in use; ctest tells it
+// not to. The smallest block that a round could lose takes 32 bytes.
+TEST_P(LibraryUnload, AHundredRoundsLeaveNoMemoryInUse)
 {
-    for (int i = 0; i < 50; ++i)
-        loadUseUnload();
+    for (int i = 0; i < 10; ++i)
+        GetParam().run();
     const std::size_t before = mallinfo2().uordblks;
     for (int i = 0; i < 100; ++i)
-        loadUseUnload();
+        GetParam().run();
     EXPECT_LT(mallinfo2().uordblks, before + 100 * 32);
 }
 
-TEST(LibraryUnload, TheRangeIsReservedAgainAtTheSameAddress)
+TEST(LibraryUnloadRange, IsReservedAgainAtTheSameAddress)
 {
     EXPECT_TRUE(loadUseUnload());
     EXPECT_TRUE(loadUseUnload());
@@ -105,6 +153,10 @@ TEST(LibraryUnload, TheRangeIsReservedAgainAtTheSameAddress)
 int main(int argc, char** argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
-    g_library = argc > 1 ? argv[1] : "";
+    if (argc != 4)
+        return 2;
+    g_library = argv[1];
+    g_platformLibrary = argv[2];
+    g_module = argv[3];
     return RUN_ALL_TESTS();
 }
