@@ -41,11 +41,15 @@ void fillDecode(unsigned short* decode, const CodepageView& view)
 {
     for (unsigned b = 0; b < 0x100; ++b)
         decode[b] = static_cast<unsigned short>(b < 0x80 ? b : emittedByte(view, b));
-    for (int i = 0; i < view.pairCount; ++i) {
-        const unsigned code = view.pairs[i].code;
-        // Searched and not taken as it stands: only the search knows which pair counts when
-        // somebody has put them out of order.
-        const int wc = code > 0xFF ? view.decode(code) : -1;
+    // In ascending order each pair is what the search for its code finds. When somebody has put
+    // them out of order, only the search knows which pair counts.
+    const EkCpUnicodePair* const end = view.pairs + view.pairCount;
+    const bool ascending = std::adjacent_find(view.pairs, end, [](const auto& a, const auto& b) {
+                               return a.code >= b.code;
+                           }) == end;
+    for (const EkCpUnicodePair* pair = view.pairs; pair != end; ++pair) {
+        const unsigned code = pair->code;
+        const int wc = code <= 0xFF ? -1 : ascending ? pair->unicode : view.decode(code);
         if (wc > 0 && wc != '?')
             decode[code] = static_cast<unsigned short>(wc);
     }

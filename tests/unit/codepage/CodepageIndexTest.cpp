@@ -181,6 +181,15 @@ TEST(CodepageIndex, PairsOutOfOrderAreFoundAsTheSearchFindsThem)
         EXPECT_EQ(index->encode(wc, view), view.encode(wc)) << wc;
 }
 
+TEST(CodepageIndex, OfEqualCodesTheFirstPairIsDecoded)
+{
+    const auto mapper = makeMapper(noBytes(), {{0x3001, 0x8140}, {0x3002, 0x8141}, {0x3003, 0x8141}});
+    const CodepageIndex* index = codepageIndex(*mapper);
+    ASSERT_NE(index, nullptr);
+    EXPECT_EQ(index->decode(0x8140, CodepageView::of(mapper.get())), 0x3001);
+    EXPECT_EQ(index->decode(0x8141, CodepageView::of(mapper.get())), 0x3002);
+}
+
 // A memory checker sees that those who come too late drop theirs.
 TEST(CodepageIndex, ThreadsThatMakeItAtOnceGetTheSameOne)
 {
