@@ -7,6 +7,29 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <memory>
+
+namespace {
+
+// Help as a manual page has it: a positional by its name alone, an option with what it takes.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_option_opts(const CLI::Option* option) const override
+    {
+        std::string text;
+        if (option->nonpositional() && option->get_type_size() != 0) {
+            const std::string type = option->get_type_name(); // with the checks, behind a colon
+            text += " " + type.substr(0, type.find(':'));
+        }
+        if (option->get_expected_max() == CLI::detail::expected_max_vector_size)
+            text += " ...";
+        if (option->nonpositional() && option->get_required())
+            text += " (required)";
+        return text;
+    }
+};
+
+} // namespace
 
 void complain(const std::string& message) { std::fprintf(stderr, "tvbase: %s\n", message.c_str()); }
 
@@ -33,6 +56,7 @@ int main(int argc, char** argv)
                                           std::to_string(TV_OSBASE_VERSION_MINOR) + "." +
                                           std::to_string(TV_OSBASE_VERSION_PATCH));
     app.require_subcommand(1);
+    app.formatter(std::make_shared<HelpFormatter>());
     app.get_formatter()->column_width(34);
     app.footer("Example:\n"
                "  tvbase recode -f ansi_936 notes.txt      Chinese drawing text to UTF-8\n"

@@ -214,12 +214,12 @@ void addMap(CLI::App& app, Shared& shared)
     addMapOption(*check, shared);
     check->callback([&shared] { runCheck(shared); });
     for (CLI::App* command : {info, check})
-        command->add_option("file", shared.mapFile, "The file, as with --map")->type_name("FILE");
+        command->add_option("FILE", shared.mapFile, "The file, as with --map")->type_name("FILE");
 
     auto page = std::make_shared<std::string>();
     CLI::App* dump = addSubcommand(*map, "dump", "Print the table of a code page, as map make reads it",
                                    "tvbase map dump ansi_932 > pairs.txt");
-    dump->add_option("page", *page, "The code page")->required()->type_name("CP");
+    dump->add_option("CP", *page, "The code page")->required()->type_name("CP");
     addMapOption(*dump, shared);
     dump->callback([page, &shared] { runDump(*page, shared); });
 

@@ -136,9 +136,9 @@ void addFormat(CLI::App& num, Shared& shared, NumOptions& options)
     fixed->excludes(exponent)->excludes(general);
     exponent->excludes(general);
     CLI::Option* precision =
-        command->add_option("-p,--precision", options.precision, "Places or digits of -f, -e and -g")
-            ->check(CLI::Range(0, kMostDigits))
-            ->capture_default_str();
+        command->add_option("-p,--precision", options.precision, "Places or digits of -f, -e and -g (6)")
+            ->type_name("N")
+            ->check(CLI::Range(0, kMostDigits));
     command->add_option("NUMBER", options.texts, "Numbers (else one a line from standard input)");
     command->footer("Example:\n  tvbase num format -f --precision 3 -- 2.0005 -1e2");
     command->callback([&shared, &options, precision] {

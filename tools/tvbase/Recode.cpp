@@ -100,7 +100,7 @@ void addRecode(CLI::App& app, Shared& shared)
         ->check(CLI::IsMember({"escape", "stop", "skip"}).description(""))
         ->type_name("escape|stop|skip");
     addMapOption(*command, shared);
-    command->add_option("file", options->files, "Input files, one after the other; - or none: standard input")
+    command->add_option("FILE", options->files, "Input files, one after the other; - or none: standard input")
         ->type_name("FILE");
     command->footer(
         "A code page is an id (39), a Windows number (936) or a name (ansi_936); tvbase list names all.\n"

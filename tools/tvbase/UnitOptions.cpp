@@ -26,7 +26,7 @@ void addUnitOptions(CLI::App& command, UnitOptions& options, const std::map<std:
     command.add_flag("--compact", options.compact, "No blanks inside");
     addUnitFlag(command, options, "--no-leading-zero", 0x04, "No zero before the point");
     addUnitFlag(command, options, "--no-trailing-zeros", 0x08, "No zeros at the end");
-    command.add_option("number", options.numbers, "Numbers; without any, a column on standard input")
+    command.add_option("NUMBER", options.numbers, "Numbers; without any, a column on standard input")
         ->type_name("NUMBER");
 }
 
