@@ -46,21 +46,21 @@ macro(tv_debian_package component name section description)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${component})
 endmacro()
 
-set(about "TvOsBase is the operating-system base layer of a desktop CAD application: a C++
+set(tvAbout "TvOsBase is the operating-system base layer of a desktop CAD application: a C++
 library for text in drawing code pages, correctly rounded numbers, formatted
 output and input with drawing units, streams and files, and a pooled heap.
 ")
-set(runtime libtvosbase${PROJECT_VERSION_MAJOR})
-tv_debian_package(runtime ${runtime} libs "base library of a CAD application
-${about}
+set(tvRuntime libtvosbase${PROJECT_VERSION_MAJOR})
+tv_debian_package(runtime ${tvRuntime} libs "base library of a CAD application
+${tvAbout}
 This package holds the shared libraries and the code page map file, which
 programs need that use them.")
 tv_debian_package(development libtvosbase-dev libdevel "base library of a CAD application (development files)
-${about}
+${tvAbout}
 This package holds the headers, the CMake package TvOsBase, tvosbase.pc, and
 what gdb shows of the library's values.")
 tv_debian_package(tools tvosbase-tools utils "drawing text in code pages and UTF-8, from a terminal
-${about}
+${tvAbout}
 This package holds tvbase, which converts drawing text between code pages and
 UTF-8, reads and writes inline escapes, numbers and lengths with units, and
 shows code page tables.")
@@ -82,9 +82,9 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${tvDebian}/triggers)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${tvDebianVersion})")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${tvRuntime} (= ${tvDebianVersion})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS gdb)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime} (= ${tvDebianVersion})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${tvRuntime} (= ${tvDebianVersion})")
 
 set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/FinishPackages.cmake)
 set(CPACK_TV_TIME ${tvDebianTime})
