@@ -14,7 +14,8 @@ class TvStreamBuf;
 
 namespace TvDetail {
 struct CodepageIndex;
-}
+struct MapperSlots;
+} // namespace TvDetail
 
 /// A code page of drawing text, as drawings store it.
 ///
@@ -204,6 +205,8 @@ public:
     EkCodepageMapper* findMapperByDesc(const CStdStr<wchar_t>& desc) const;
 
 private:
+    friend struct TvDetail::MapperSlots;
+
     EkCodepageMapper* m_mappers[CP_CNT];
 };
 

@@ -45,6 +45,31 @@ TV_AVX512_STEP __m512i loadWide(const wchar_t* src, std::size_t count)
                        : _mm512_maskz_loadu_epi32(static_cast<__mmask16>(lowBits(count)), src);
 }
 
+// The lowest `count` bits, at most 64, without a branch: the lengths of short texts cannot be
+// foreseen.
+TV_AVX512_STEP std::uint64_t fewBits(std::size_t count)
+{
+    return _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(count));
+}
+
+// As loadBytes for up to 64.
+TV_AVX512_STEP __m512i loadFewBytes(const unsigned char* src, std::size_t count)
+{
+    return _mm512_maskz_loadu_epi8(fewBits(count), src);
+}
+
+// Of up to 64 elements the sixteen from `offset` on, with zeros behind.
+TV_AVX512_STEP __m512i loadFewWide(const wchar_t* src, std::size_t count, int offset)
+{
+    return _mm512_maskz_loadu_epi32(static_cast<__mmask16>(fewBits(count) >> offset), src + offset);
+}
+
+// As loadWide, from `offset` on.
+TV_AVX512_STEP __m512i loadWideAt(const wchar_t* src, std::size_t count, std::size_t offset)
+{
+    return count > offset ? loadWide(src + offset, count - offset) : _mm512_setzero_si512();
+}
+
 // Widens 64 bytes to 64 elements.
 TV_AVX512_STEP void storeBytesWide(wchar_t* dst, __m512i bytes)
 {
@@ -64,16 +89,13 @@ TV_AVX512_STEP __m512i joinPlanes(__m512i low, __m512i high, int part)
     return _mm512_maskz_permutex2var_epi8(0x3333333333333333, low, pick, high);
 }
 
-// Stores `count` elements from byte planes, rounded up to whole groups of 16.
-TV_AVX512_STEP void storePlanesWide(wchar_t* dst, __m512i low, __m512i high, std::size_t count)
+// Stores 64 elements from byte planes.
+TV_AVX512_STEP void storePlanesWide(wchar_t* dst, __m512i low, __m512i high)
 {
     _mm512_storeu_si512(dst, joinPlanes(low, high, 0));
-    if (count > 16)
-        _mm512_storeu_si512(dst + 16, joinPlanes(low, high, 1));
-    if (count > 32) {
-        _mm512_storeu_si512(dst + 32, joinPlanes(low, high, 2));
-        _mm512_storeu_si512(dst + 48, joinPlanes(low, high, 3));
-    }
+    _mm512_storeu_si512(dst + 16, joinPlanes(low, high, 1));
+    _mm512_storeu_si512(dst + 32, joinPlanes(low, high, 2));
+    _mm512_storeu_si512(dst + 48, joinPlanes(low, high, 3));
 }
 
 // The numbers from `first` on, one a 16-bit lane.
@@ -83,6 +105,13 @@ TV_AVX512_STEP __m512i countShort(int first)
         _mm512_setr_epi32(0x10000, 0x30002, 0x50004, 0x70006, 0x90008, 0xB000A, 0xD000C, 0xF000E, 0x110010,
                           0x130012, 0x150014, 0x170016, 0x190018, 0x1B001A, 0x1D001C, 0x1F001E);
     return _mm512_add_epi16(pairs, _mm512_set1_epi16(static_cast<short>(first)));
+}
+
+// The numbers from 0 to 63, one a byte.
+TV_AVX512_STEP __m512i countBytes()
+{
+    return _mm512_set_epi64(0x3F3E3D3C3B3A3938, 0x3736353433323130, 0x2F2E2D2C2B2A2928, 0x2726252423222120,
+                            0x1F1E1D1C1B1A1918, 0x1716151413121110, 0x0F0E0D0C0B0A0908, 0x0706050403020100);
 }
 
 // Joins byte planes to 16-bit elements: 32 characters from place 32 * part on.

@@ -105,7 +105,7 @@ TV_AVX512 std::size_t avx512Utf8Decode(const unsigned char* src, std::size_t cou
 
         const auto written = static_cast<std::size_t>(_mm_popcnt_u64(begins));
         storePlanesWide(out, _mm512_maskz_compress_epi8(begins, lowPlane),
-                        _mm512_maskz_compress_epi8(begins, highPlane), written);
+                        _mm512_maskz_compress_epi8(begins, highPlane));
         out += written;
         if (zero)
             break;

@@ -124,8 +124,22 @@ struct DeleteIndex {
     void operator()(CodepageIndex* index) const { deleteCodepageIndex(index); }
 };
 
-CodepageIndex* makeIndex(const CodepageView& view, bool leadBytes)
+void fillLeads(CodepageIndex& index, const TvVector<EkLeaderBytes>& ranges)
 {
+    const int count = ranges.length();
+    index.madeForLeadCount = count;
+    index.kernelsDecode = count <= 2;
+    for (int i = 0; i < 2 && count > 0; ++i) {
+        const EkLeaderBytes range = ranges.asArrayPtr()[count == 1 ? 0 : i];
+        index.leads.first[i] = range.first;
+        index.leads.last[i] = range.last;
+        index.kernelsDecode = index.kernelsDecode && range.first >= 0x80 && range.first <= range.last;
+    }
+}
+
+CodepageIndex* makeIndex(const EkCodepageMapper& mapper)
+{
+    const CodepageView view = CodepageView::of(&mapper);
     std::unique_ptr<CodepageIndex, DeleteIndex> index(new (std::nothrow) CodepageIndex{});
     if (!index)
         return nullptr;
@@ -133,9 +147,9 @@ CodepageIndex* makeIndex(const CodepageView& view, bool leadBytes)
     index->madeFromBytes = view.bytes;
     index->madeFromPairs = view.pairs;
     index->madeFromPairCount = view.pairCount;
-    index->madeForLeadBytes = leadBytes;
+    fillLeads(*index, mapper.m_leadBytes);
     fillBytes(tables, view);
-    if (leadBytes) {
+    if (index->hasLeads()) {
         tables.decode = newTable<unsigned short>();
         if (!tables.decode)
             return nullptr;
@@ -177,19 +191,18 @@ int CodepageIndex::encode(unsigned wc, const CodepageView& view) const noexcept
     return searchWhenNone ? view.encode(wc) : -1;
 }
 
-const CodepageIndex* makeCodepageIndex(const EkCodepageMapper& mapper, const CodepageView& view) noexcept
+const CodepageIndex* makeCodepageIndex(const EkCodepageMapper& mapper) noexcept
 {
     // Conversions with complete mappers may run side by side: who comes second drops his own.
     const std::atomic_ref<CodepageIndex*> published(mapper.m_index);
-    const bool leadBytes = mapper.m_leadBytes.length() > 0;
     CodepageIndex* index = published.load(std::memory_order_acquire);
-    if (index && index->isOf(view, leadBytes))
+    if (index && index->isOf(mapper))
         return index;
     if (index) { // somebody has changed the mapper, which nobody may use meanwhile
         published.store(nullptr, std::memory_order_relaxed);
         deleteCodepageIndex(index);
     }
-    CodepageIndex* const made = makeIndex(view, leadBytes);
+    CodepageIndex* const made = makeIndex(mapper);
     CodepageIndex* first = nullptr;
     if (!made || published.compare_exchange_strong(first, made, std::memory_order_acq_rel))
         return made;

@@ -27,31 +27,53 @@ struct CodepageIndex {
     const unsigned short* madeFromBytes;
     const EkCpUnicodePair* madeFromPairs;
     int madeFromPairCount;
-    bool madeForLeadBytes;
+    int madeForLeadCount;
 
-    /// Whether it was made from these tables.
-    bool isOf(const CodepageView& view, bool leadBytes) const noexcept
+    /// The lead bytes as the kernels take them. They take no more than two ranges, and no bytes
+    /// below 0x80: for others no kernel decodes.
+    LeadRanges leads;
+    bool kernelsDecode;
+
+    bool hasLeads() const noexcept { return madeForLeadCount > 0; }
+
+    /// Whether it was made from this mapper as it stands. It asks the mapper itself: a view of
+    /// it would have to be put together first.
+    bool isOf(const EkCodepageMapper& mapper) const noexcept
     {
-        return madeFromBytes == view.bytes && madeFromPairs == view.pairs &&
-               madeFromPairCount == view.pairCount && madeForLeadBytes == leadBytes;
+        if (madeFromBytes != mapper.m_pSingleByteTable || !isOfLeads(mapper.m_leadBytes))
+            return false;
+        if (mapper.m_bLoaded != 1)
+            return madeFromPairs == nullptr && madeFromPairCount == 0;
+        return madeFromPairs == mapper.m_pairs.asArrayPtr() && madeFromPairCount == mapper.m_pairs.length();
+    }
+
+private:
+    bool isOfLeads(const TvVector<EkLeaderBytes>& ranges) const noexcept
+    {
+        const int count = ranges.length();
+        if (count != madeForLeadCount)
+            return false;
+        if (count == 0)
+            return true;
+        const EkLeaderBytes first = ranges.asArrayPtr()[0];
+        const EkLeaderBytes second = ranges.asArrayPtr()[count == 1 ? 0 : 1];
+        return first.first == leads.first[0] && first.last == leads.last[0] &&
+               second.first == leads.first[1] && second.last == leads.last[1];
     }
 };
 
 /// Makes the index of a mapper that has none or one of other tables.
-const CodepageIndex* makeCodepageIndex(const EkCodepageMapper& mapper, const CodepageView& view) noexcept;
+const CodepageIndex* makeCodepageIndex(const EkCodepageMapper& mapper) noexcept;
 
-/// The index of a mapper, whose view is `view`, made or made again where the mapper's tables
-/// are others than before. Null when no memory could be had; the tables must then be searched.
-inline const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper, const CodepageView& view) noexcept
+/// The index of a mapper, made or made again where the mapper's tables are others than before.
+/// Null when no memory could be had; the tables must then be searched.
+inline const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper) noexcept
 {
     const std::atomic_ref<CodepageIndex*> published(mapper.m_index);
     const CodepageIndex* const index = published.load(std::memory_order_acquire);
-    return index && index->isOf(view, mapper.m_leadBytes.length() > 0) ? index
-                                                                       : makeCodepageIndex(mapper, view);
-}
-inline const CodepageIndex* codepageIndex(const EkCodepageMapper& mapper) noexcept
-{
-    return codepageIndex(mapper, CodepageView::of(&mapper));
+    if (!index || !index->isOf(mapper)) [[unlikely]]
+        return makeCodepageIndex(mapper);
+    return index;
 }
 
 /// Tables of ASCII alone, for the single-byte kernels and text that holds nothing else.

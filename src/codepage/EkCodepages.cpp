@@ -1,6 +1,7 @@
 #include "TvCodePages.h"
 
 #include "codepage/MapFile.h"
+#include "codepage/MapperSlots.h"
 #include "codepage/tables/SingleByteTables.h"
 #include "runtime/TvStartup.h"
 
@@ -93,10 +94,10 @@ EkCodepageMapper* makeMapper(const MapperRow& row)
     }
 }
 
-// A constant: mappers that are made before any code of this file runs are kept.
-constinit EkCodepages g_codepages __attribute__((init_priority(TvStartup::kCodePageRegistry)));
-
 } // namespace
+
+// A constant: mappers that are made before any code of this file runs are kept.
+constinit EkCodepages TvDetail::g_codepages __attribute__((init_priority(TvStartup::kCodePageRegistry)));
 
 // Leaves empty slots, as meant: static objects of other modules that live longer may ask.
 EkCodepages::~EkCodepages() { release(); }
@@ -158,7 +159,7 @@ EkCodepageMapper* EkCodepages::findMapperByDesc(const CStdStr<wchar_t>& desc) co
     return m_mappers[0];
 }
 
-EkCodepages* theTvCodePages() { return &g_codepages; }
+EkCodepages* theTvCodePages() { return &TvDetail::g_codepages; }
 
 int numValidCodepages() { return CP_CNT; }
 

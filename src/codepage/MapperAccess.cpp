@@ -11,15 +11,9 @@ namespace TvDetail {
 
 namespace {
 
-inline MapperAccess accessOf(EkCodepageMapper* mapper)
+MapperAccess accessOf(EkCodepageMapper* mapper)
 {
-    // Without its double-byte table a mapper is not worth an index: it is about to change.
-    const bool complete = mapper && mapper->m_bLoaded == 1;
-    // Made in place: a copy would load in one piece what was just stored in several, and wait.
-    MapperAccess access{mapper, CodepageView::of(mapper), nullptr};
-    if (complete)
-        access.index = codepageIndex(*mapper, access.view);
-    return access;
+    return {mapper, CodepageView::of(mapper), indexOf(mapper)};
 }
 
 } // namespace
@@ -49,11 +43,11 @@ void loadMapper(EkCodepageMapper& mapper)
     mapper.verifyLoaded(stream.get());
 }
 
-MapperAccess MapperAccess::of(code_page_id cp) { return accessOf(theTvCodePages()->findMapperByAcadCp(cp)); }
+MapperAccess MapperAccess::of(code_page_id cp) { return accessOf(MapperSlots::find(cp)); }
 
 MapperAccess MapperAccess::loaded(code_page_id cp)
 {
-    EkCodepageMapper* mapper = theTvCodePages()->findMapperByAcadCp(cp);
+    EkCodepageMapper* mapper = MapperSlots::find(cp);
     if (mapper)
         loadMapper(*mapper);
     return accessOf(mapper);

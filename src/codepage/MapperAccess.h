@@ -4,6 +4,7 @@
 
 #include "TvCodePages.h"
 #include "codepage/CodepageIndex.h"
+#include "codepage/MapperSlots.h"
 
 namespace TvDetail {
 
@@ -13,7 +14,9 @@ code_page_id systemCodePage();
 /// Ids 0 and CP_CNT replaced by the system code page; others as they are.
 inline code_page_id withSystemCodePage(code_page_id cp)
 {
-    return cp == CP_UNDEFINED || cp == CP_CNT ? systemCodePage() : cp;
+    if (cp == CP_UNDEFINED || cp == CP_CNT) [[unlikely]]
+        return systemCodePage();
+    return cp;
 }
 
 /// The stream over the code page map file; null when there is no name or no such file. The
@@ -23,6 +26,15 @@ TvStreamBuf* openMapFile();
 /// Reads the mapper's double-byte table if that has not happened yet, from the map file, which
 /// is opened for this alone. Leaves the mapper as it is when the file does not have it.
 void loadMapper(EkCodepageMapper& mapper);
+
+/// The index of a mapper, which may be null; null also while the mapper's double-byte table is
+/// not read, because the mapper is then about to change, and without memory.
+inline const CodepageIndex* indexOf(const EkCodepageMapper* mapper)
+{
+    if (!mapper || mapper->m_bLoaded != 1) [[unlikely]]
+        return nullptr;
+    return codepageIndex(*mapper);
+}
 
 /// A mapper, which may be null, with what looks its characters up.
 struct MapperAccess {

@@ -16,16 +16,24 @@ namespace {
 constexpr int kCifLength = 7;
 constexpr int kMifLength = 8;
 
+// What kernels convert of the text from `src` on, with an index whose kernels decode.
+inline KernelProgress runKernel(const CodepageIndex& index, const unsigned char* src, std::size_t count,
+                                wchar_t* out)
+{
+    const TextKernels& kernels = textKernels();
+    return index.hasLeads() ? kernels.decodeDouble(src, count, out, index.tables, index.leads)
+                            : kernels.decodeSingle(src, count, out, index.tables);
+}
+
 // One conversion. The kernels run over what is easy; each stop of theirs, and every foreign byte
-// while there is no index, is one step() here.
+// while there is no index, is one step() here. The code page is none of the older names.
 template<class Store>
 class Decoder {
 public:
-    Decoder(code_page_id cp, const char* src, std::size_t count, Store& out)
-        : m_cp(TvCharConverter::checkTheSameCP(cp)), m_src(reinterpret_cast<const unsigned char*>(src)),
-          m_count(count), m_out(out), m_page(MapperAccess::of(m_cp))
+    Decoder(code_page_id cp, const unsigned char* src, std::size_t count, Store& out, KernelProgress done)
+        : m_cp(cp), m_src(src), m_count(count), m_at(done.read), m_out(out, done.written),
+          m_page(MapperAccess::of(m_cp))
     {
-        takeLeadBytes();
     }
 
     void run()
@@ -33,8 +41,8 @@ public:
         if (!makeRoom(0))
             return;
         for (;;) {
-            if (m_page.index)
-                runKernel();
+            if (m_page.index && m_page.index->kernelsDecode)
+                advance(runKernel(*m_page.index, m_src + m_at, m_count - m_at, m_out.end()));
             else
                 runAscii();
             if (m_at == m_count || m_src[m_at] == 0)
@@ -46,6 +54,12 @@ public:
     }
 
 private:
+    void advance(KernelProgress done)
+    {
+        m_at += done.read;
+        m_out.advance(done.written);
+    }
+
     // Room for `extra` elements and one for each byte that is left, which suffices but for
     // pairs that turn to escapes.
     bool makeRoom(std::size_t extra)
@@ -54,54 +68,13 @@ private:
         return m_out.makeRoom(least, least + m_at / 2);
     }
 
-    // The lead bytes as the kernels take them; no kernels where there are others than that.
-    void takeLeadBytes()
-    {
-        m_hasLeads = m_page.mapper && m_page.mapper->m_leadBytes.length() > 0;
-        if (!m_hasLeads)
-            return;
-        const int count = m_page.mapper->m_leadBytes.length();
-        const EkLeaderBytes* ranges = m_page.mapper->m_leadBytes.asArrayPtr();
-        for (int i = 0; i < 2; ++i) {
-            const EkLeaderBytes range = ranges[count == 1 ? 0 : i];
-            m_leads.first[i] = range.first;
-            m_leads.last[i] = range.last;
-            if (count > 2 || range.first < 0x80 || range.first > range.last)
-                m_page.index = nullptr;
-        }
-    }
-
-    // A few pairs are sooner looked up one by one than gathered: what begins with a foreign
-    // character mostly goes on so.
-    bool isBriefAndForeign() const
-    {
-        constexpr std::size_t kBriefBytes = 32;
-        return m_hasLeads && m_count - m_at <= kBriefBytes && m_at < m_count && m_src[m_at] >= 0x80;
-    }
-
-    void runKernel()
-    {
-        const TextKernels& kernels = isBriefAndForeign() ? g_plainKernels : textKernels();
-        const CodepageTables& tables = m_page.index->tables;
-        const unsigned char* from = m_src + m_at;
-        const std::size_t left = m_count - m_at;
-        const KernelProgress done = m_hasLeads
-                                        ? kernels.decodeDouble(from, left, m_out.end(), tables, m_leads)
-                                        : kernels.decodeSingle(from, left, m_out.end(), tables);
-        m_at += done.read;
-        m_out.advance(done.written);
-    }
-
     // Without an index, which a mapper has only once its table is loaded.
     void runAscii()
     {
         const unsigned char* from = m_src + m_at;
         const std::size_t count = asciiLength(from, m_count - m_at);
-        if (count != 0) {
-            const KernelProgress done = textKernels().decodeSingle(from, count, m_out.end(), g_asciiTables);
-            m_at += done.read;
-            m_out.advance(done.written);
-        }
+        if (count != 0)
+            advance(textKernels().decodeSingle(from, count, m_out.end(), g_asciiTables));
     }
 
     // Converts what stands here, one character or escape. False when memory ran out.
@@ -159,10 +132,9 @@ private:
         }
         if (!m_loadTried) {
             m_loadTried = true;
-            if (!m_page.isLoaded()) {
+            // Also when an escape has loaded the table meanwhile: the page was taken without it.
+            if (!m_page.index)
                 m_page = MapperAccess::loaded(m_cp);
-                takeLeadBytes();
-            }
         }
         const unsigned code = pair ? lead * 256u + trail : lead;
         const int found = m_page.decode(code);
@@ -185,26 +157,42 @@ private:
     code_page_id m_cp;
     const unsigned char* m_src;
     std::size_t m_count;
-    std::size_t m_at = 0;
+    std::size_t m_at;
     ResultVector<wchar_t, Store> m_out;
     MapperAccess m_page;
-    bool m_hasLeads = false;
-    LeadRanges m_leads;
     bool m_loadTried = false; // once a text: a file that lacks the table now lacks it for all of it
 };
+
+template<class Store>
+[[gnu::noinline]] void decodeInSteps(code_page_id cp, const unsigned char* src, std::size_t count, Store& out,
+                                     KernelProgress done)
+{
+    Decoder<Store>(cp, src, count, out, done).run();
+}
 
 } // namespace
 
 template<class Store>
 void decodeText(code_page_id cp, const char* src, int len, Store& out)
 {
-    if (len < 0)
+    if (len < 0) [[unlikely]]
         return ResultVector<wchar_t, Store>(out).clear();
     cp = withSystemCodePage(cp);
     const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
     if (cp == CP_UTF8)
         return utf8Decode(src, count, out);
-    Decoder<Store>(cp, src, count, out).run();
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(src);
+    cp = sameCodePage(cp);
+    // Most texts are done by one run of a kernel, in room that the result has from the last text.
+    const CodepageIndex* const index = indexOf(MapperSlots::find(cp));
+    wchar_t* const to = roomOf(out, count + 1 + kKernelSlack);
+    if (!index || !index->kernelsDecode || !to) [[unlikely]]
+        return decodeInSteps(cp, bytes, count, out, {0, 0});
+    const KernelProgress done = runKernel(*index, bytes, count, to);
+    if (done.read != count && bytes[done.read] != 0) [[unlikely]]
+        return decodeInSteps(cp, bytes, count, out, done);
+    to[done.written] = 0;
+    out.setLogicalLength(static_cast<int>(done.written) + 1);
 }
 
 template void decodeText(code_page_id, const char*, int, TvVector<wchar_t>&);

@@ -18,12 +18,23 @@ namespace {
 constexpr std::size_t kCifLength = 7;
 constexpr std::size_t kMifLength = 8;
 
+// Bytes that must be free before a step or a kernel: the longest escape, a terminator.
+constexpr std::size_t kLeastRoom = kMifLength + 1 + kKernelSlack;
+
+// What kernels convert of the text from `src` on; two bytes an element must be free.
+inline KernelProgress runKernel(const CodepageIndex& index, const wchar_t* src, std::size_t count, char* out)
+{
+    const TextKernels& kernels = textKernels();
+    const auto kernel = index.tables.encodePair ? kernels.encodeDouble : kernels.encodeSingle;
+    return kernel(src, count, out, index.tables);
+}
+
 // One conversion; see Decoder for how kernels and steps share the work.
 template<class Store>
 class Encoder {
 public:
-    Encoder(code_page_id cp, const wchar_t* src, std::size_t count, Store& out)
-        : m_cp(TvCharConverter::checkTheSameCP(cp)), m_src(src), m_count(count), m_out(out),
+    Encoder(code_page_id cp, const wchar_t* src, std::size_t count, Store& out, KernelProgress done)
+        : m_cp(cp), m_src(src), m_count(count), m_at(done.read), m_out(out, done.written),
           m_page(MapperAccess::of(m_cp))
     {
     }
@@ -32,7 +43,8 @@ public:
     {
         while (makeRoom()) {
             if (m_page.index)
-                runKernel();
+                advance(runKernel(*m_page.index, m_src + m_at,
+                                  std::min(m_count - m_at, (m_out.room() - kLeastRoom) / 2), m_out.end()));
             else
                 runAscii();
             if (m_at == m_count || m_src[m_at] == 0)
@@ -42,27 +54,11 @@ public:
     }
 
 private:
-    // Bytes that must be free before a step or a kernel: the longest escape, a terminator.
-    static constexpr std::size_t kLeastRoom = kMifLength + 1 + kKernelSlack;
-
     // Makes it likely, with two bytes a character, that no more room is needed.
     bool makeRoom() { return m_out.makeRoom(kLeastRoom, kLeastRoom + 2 * (m_count - m_at) + m_at / 2); }
 
-    // As in Decoder.
-    bool isBriefAndForeign() const
+    void advance(KernelProgress done)
     {
-        constexpr std::size_t kBriefCharacters = 16;
-        return m_page.index->tables.encodePair && m_count - m_at <= kBriefCharacters && m_at < m_count &&
-               static_cast<unsigned>(m_src[m_at]) >= 0x80;
-    }
-
-    void runKernel()
-    {
-        const TextKernels& kernels = isBriefAndForeign() ? g_plainKernels : textKernels();
-        const CodepageTables& tables = m_page.index->tables;
-        const std::size_t count = std::min(m_count - m_at, (m_out.room() - kLeastRoom) / 2);
-        const auto kernel = tables.encodePair ? kernels.encodeDouble : kernels.encodeSingle;
-        const KernelProgress done = kernel(m_src + m_at, count, m_out.end(), tables);
         m_at += done.read;
         m_out.advance(done.written);
     }
@@ -72,11 +68,8 @@ private:
     {
         const wchar_t* from = m_src + m_at;
         const std::size_t count = asciiLength(from, std::min(m_count - m_at, m_out.room() - kLeastRoom));
-        if (count != 0) {
-            const KernelProgress done = textKernels().encodeSingle(from, count, m_out.end(), g_asciiTables);
-            m_at += done.read;
-            m_out.advance(done.written);
-        }
+        if (count != 0)
+            advance(textKernels().encodeSingle(from, count, m_out.end(), g_asciiTables));
     }
 
     // Converts what stands here, one character or escape.
@@ -111,7 +104,7 @@ private:
     {
         if (!m_loadTried) {
             m_loadTried = true;
-            if (!m_page.isLoaded())
+            if (!m_page.index)
                 m_page = MapperAccess::loaded(m_cp);
         }
         const int code = m_page.encode(wc);
@@ -128,26 +121,49 @@ private:
     code_page_id m_cp;
     const wchar_t* m_src;
     std::size_t m_count;
-    std::size_t m_at = 0;
+    std::size_t m_at;
     ResultVector<char, Store> m_out;
     MapperAccess m_page;
     bool m_loadTried = false; // once a text: a file that lacks the table now lacks it for all of it
 };
+
+template<class Store>
+[[gnu::noinline]] void encodeInSteps(code_page_id cp, const wchar_t* src, std::size_t count, Store& out,
+                                     KernelProgress done)
+{
+    Encoder<Store>(cp, src, count, out, done).run();
+}
+
+template<class Store>
+[[gnu::noinline]] void encodeUtf8(const wchar_t* src, std::size_t count, Store& out)
+{
+    if (count == 0) // as unicodeToUtf8: not even a terminator
+        return ResultVector<char, Store>(out).clear();
+    utf8Encode(src, count, out);
+}
 
 } // namespace
 
 template<class Store>
 void encodeText(code_page_id cp, const wchar_t* src, int len, Store& out)
 {
-    if (len < 0)
+    if (len < 0) [[unlikely]]
         return ResultVector<char, Store>(out).clear();
     cp = withSystemCodePage(cp);
     const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
-    if (cp != CP_UTF8)
-        return Encoder<Store>(cp, src, count, out).run();
-    if (count == 0) // as unicodeToUtf8: not even a terminator
-        return ResultVector<char, Store>(out).clear();
-    utf8Encode(src, count, out);
+    if (cp == CP_UTF8)
+        return encodeUtf8(src, count, out);
+    cp = sameCodePage(cp);
+    // Most texts are done by one run of a kernel, in room that the result has from the last text.
+    const CodepageIndex* const index = indexOf(MapperSlots::find(cp));
+    char* const to = roomOf(out, kLeastRoom + 2 * count);
+    if (!index || !to) [[unlikely]]
+        return encodeInSteps(cp, src, count, out, {0, 0});
+    const KernelProgress done = runKernel(*index, src, count, to);
+    if (done.read != count && src[done.read] != 0) [[unlikely]]
+        return encodeInSteps(cp, src, count, out, done);
+    to[done.written] = 0;
+    out.setLogicalLength(static_cast<int>(done.written) + 1);
 }
 
 template void encodeText(code_page_id, const wchar_t*, int, TvVector<char>&);

@@ -16,6 +16,7 @@ class ShortText {
 public:
     bool isEmpty() const { return length() == 0; }
     int length() const { return m_long ? m_long->length() : m_length; }
+    int physicalLength() const { return m_long ? m_long->physicalLength() : kRoom; }
     T* asArrayPtr() { return m_long ? m_long->asArrayPtr() : m_short; }
 
     void removeAll() { setPhysicalLength(0); }
@@ -55,6 +56,12 @@ private:
     int m_length = 0;
     std::optional<TvVector<T>> m_long;
 };
+
+template<class T>
+bool isShared(const ShortText<T>&)
+{
+    return false;
+}
 
 } // namespace TvDetail
 

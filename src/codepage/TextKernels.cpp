@@ -3,15 +3,9 @@
 
 #include "codepage/KernelChoice.h"
 
-#include <atomic>
-
 namespace TvDetail {
 
-namespace {
-
-std::atomic<const TextKernels*> s_chosen{nullptr};
-
-} // namespace
+constinit std::atomic<const TextKernels*> g_chosenKernels{nullptr};
 
 KernelList runnableKernels() noexcept
 {
@@ -23,22 +17,17 @@ KernelList runnableKernels() noexcept
 #endif
 }
 
-// Chosen on first use and not while the library is loaded: two threads that come here at
-// once store the same pointer.
-const TextKernels& textKernels() noexcept
+const TextKernels& chooseKernels() noexcept
 {
-    const TextKernels* kernels = s_chosen.load(std::memory_order_relaxed);
-    if (!kernels) {
-        const KernelList list = runnableKernels();
-        kernels = list.sets[list.count - 1];
-        s_chosen.store(kernels, std::memory_order_relaxed);
-    }
-    return *kernels;
+    const KernelList list = runnableKernels();
+    const TextKernels* const best = list.sets[list.count - 1];
+    g_chosenKernels.store(best, std::memory_order_relaxed);
+    return *best;
 }
 
 void forceTextKernels(const TextKernels* kernels) noexcept
 {
-    s_chosen.store(kernels, std::memory_order_relaxed);
+    g_chosenKernels.store(kernels, std::memory_order_relaxed);
 }
 
 } // namespace TvDetail

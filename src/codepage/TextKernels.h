@@ -7,6 +7,7 @@
 #ifndef TV_TEXT_KERNELS_H
 #define TV_TEXT_KERNELS_H
 
+#include <atomic>
 #include <cstddef>
 
 namespace TvDetail {
@@ -85,8 +86,17 @@ struct KernelList {
 };
 KernelList runnableKernels() noexcept;
 
-// The best set of this machine, chosen once.
-const TextKernels& textKernels() noexcept;
+// The best set of this machine, chosen on first use and not while the library is loaded: two
+// threads that come here at once store the same pointer.
+extern std::atomic<const TextKernels*> g_chosenKernels;
+const TextKernels& chooseKernels() noexcept;
+inline const TextKernels& textKernels() noexcept
+{
+    const TextKernels* const kernels = g_chosenKernels.load(std::memory_order_relaxed);
+    if (!kernels) [[unlikely]]
+        return chooseKernels();
+    return *kernels;
+}
 
 // Makes textKernels() answer `kernels`, one of the runnable sets; null goes back to the choice
 // by machine. For tests, on one thread.

@@ -1,5 +1,7 @@
 #include "TvCharConverter.h"
 
+#include "codepage/MapperSlots.h"
+
 namespace {
 
 enum : int { kCifLength = 7, kMifLength = 8, kCodeDigits = 4 };
@@ -164,23 +166,7 @@ bool TvCharConverter::isMBCBCodepage(code_page_id id) { return getMIFIndex(id) !
 
 bool TvCharConverter::isMIFCodepage(code_page_id id) { return isMBCBCodepage(id); }
 
-code_page_id TvCharConverter::checkTheSameCP(code_page_id id)
-{
-    switch (id) {
-    case CP_DOS932:
-        return CP_ANSI_932;
-    case CP_BIG5:
-        return CP_ANSI_950;
-    case CP_KSC5601:
-        return CP_ANSI_949;
-    case CP_JOHAB:
-        return CP_ANSI_1361;
-    case CP_GB2312:
-        return CP_ANSI_936;
-    default:
-        return id;
-    }
-}
+code_page_id TvCharConverter::checkTheSameCP(code_page_id id) { return TvDetail::sameCodePage(id); }
 
 char isCIForMIF(const wchar_t* p)
 {

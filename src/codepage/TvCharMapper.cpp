@@ -1,7 +1,6 @@
 // TvCharMapper.cpp - start, end and lead bytes of the character mapper.
 #include "TvCharMapper.h"
 
-#include "TvCharConverter.h"
 #include "TvStreamBuf.h"
 #include "codepage/MapFile.h"
 #include "codepage/MapperAccess.h"
@@ -78,8 +77,7 @@ bool TvCharMapper::isLeadByte(unsigned char b, code_page_id cp) { return tvIsLea
 
 bool tvIsLeadByte(unsigned char b, code_page_id cp)
 {
-    const EkCodepageMapper* mapper =
-        theTvCodePages()->findMapperByAcadCp(TvCharConverter::checkTheSameCP(cp));
+    const EkCodepageMapper* mapper = TvDetail::MapperSlots::find(TvDetail::sameCodePage(cp));
     if (!mapper)
         return false;
     const EkLeaderBytes* ranges = mapper->m_leadBytes.asArrayPtr();

@@ -12,13 +12,18 @@ namespace TvDetail {
 template<class Store>
 void utf8Decode(const char* src, std::size_t count, Store& out)
 {
-    ResultVector<wchar_t, Store> result(out);
     const std::size_t room = count + 1 + kKernelSlack;
-    if (!result.makeRoom(room, room))
-        return;
-    result.advance(
-        textKernels().utf8Decode(reinterpret_cast<const unsigned char*>(src), count, result.end()));
-    result.finish();
+    wchar_t* to = roomOf(out, room);
+    if (!to) {
+        ResultVector<wchar_t, Store> result(out);
+        if (!result.makeRoom(room, room))
+            return;
+        to = result.end();
+    }
+    const std::size_t written =
+        textKernels().utf8Decode(reinterpret_cast<const unsigned char*>(src), count, to);
+    to[written] = 0;
+    out.setLogicalLength(static_cast<int>(written) + 1);
 }
 
 template void utf8Decode(const char*, std::size_t, TvVector<wchar_t>&);

@@ -11,14 +11,19 @@ namespace TvDetail {
 template<class Store>
 void utf8Encode(const wchar_t* src, std::size_t count, Store& out)
 {
-    ResultVector<char, Store> result(out);
     std::size_t room = 3 * count + 1 + kKernelSlack;
     if (room > INT_MAX) // too long for the usual guess: measure
         room = utf8EncodedSize(src, count) + 1 + kKernelSlack;
-    if (!result.makeRoom(room, room))
-        return;
-    result.advance(textKernels().utf8Encode(src, count, result.end()));
-    result.finish();
+    char* to = roomOf(out, room);
+    if (!to) {
+        ResultVector<char, Store> result(out);
+        if (!result.makeRoom(room, room))
+            return;
+        to = result.end();
+    }
+    const std::size_t written = textKernels().utf8Encode(src, count, to);
+    to[written] = 0;
+    out.setLogicalLength(static_cast<int>(written) + 1);
 }
 
 template void utf8Encode(const wchar_t*, std::size_t, TvVector<char>&);

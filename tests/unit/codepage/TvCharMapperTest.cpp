@@ -454,6 +454,11 @@ TEST_F(WithMap, AVectorThatSharedTheOldResultKeepsIt)
     EXPECT_EQ(resultText(second), L"other text");
 }
 
+TEST_F(WithMap, ATableThatAnEscapeHasLoadedServesTheTextBehindIt)
+{
+    EXPECT_EQ(toWide(CP_ANSI_936, "\\M+5C4E3\xC4\xE3"), L"\u4F60\u4F60");
+}
+
 TEST_F(WithMap, FlagsAreNotConsulted)
 {
     TvVector<wchar_t> out;
