@@ -98,7 +98,7 @@ public:
 
 private:
     static constexpr int kFirstRequests = 8200;
-    static constexpr int kElements = 5000;
+    static constexpr int kElements = 700;
     static constexpr int kUnitSize = 64;
     static constexpr int kLooks = 8;
 

@@ -33,7 +33,8 @@ struct Library {
     std::vector<std::uintptr_t> calledLast; // by the loader at the end, from the last to the first
 };
 
-std::vector<std::uintptr_t> functionsOf(std::uintptr_t base, const ElfW(Dyn) * entry, int array, int arraySize)
+std::vector<std::uintptr_t> functionsOf(std::uintptr_t base, const ElfW(Dyn) * entry, int array,
+                                        int arraySize)
 {
     const std::uintptr_t* functions = nullptr;
     std::size_t size = 0;
@@ -163,10 +164,14 @@ TEST_F(StartupOrder, WhatUnmapsTheRangeIsCalledLast)
     Library library{};
     dl_iterate_phdr(findLibrary, &library);
     const auto names = functionNames(library.path);
-    ASSERT_FALSE(library.calledLast.empty());
-    const auto last = names.find(library.calledLast.front() - library.base);
-    ASSERT_NE(last, names.end());
-    EXPECT_NE(last->second.find("unmapRange"), std::string::npos) << last->second;
+    std::vector<std::string> ends;
+    for (const std::uintptr_t function : library.calledLast) {
+        const auto name = names.find(function - library.base);
+        if (name != names.end() && name->second.compare(0, 6, "_sub_D") != 0) // the tools'
+            ends.push_back(name->second);
+    }
+    ASSERT_FALSE(ends.empty());
+    EXPECT_NE(ends.front().find("unmapRange"), std::string::npos) << ends.front();
 }
 
 struct FileCase {
