@@ -117,11 +117,14 @@ public:
     /// follows has no value. Write, then call releaseBuffer().
     Char* getBuffer(int n)
     {
-        const std::uint64_t length = n < 1 ? numOfChars() : static_cast<std::uint64_t>(n);
-        const bool keepsItsEnd = !m_data.isShared() && length < m_data.count();
-        Char* const text = m_data.getBuffer(length + 1);
-        if (text && !keepsItsEnd)
+        Header* const own = m_data.header();
+        const auto length = static_cast<std::uint64_t>(n);
+        if (!own || n < 1 || m_data.isShared() || length >= own->allocCount)
+            return getNewBuffer(n);
+        Char* const text = m_data.dataPtr(0);
+        if (length >= own->count)
             text[length] = Char(); // new room is a terminated text from the start
+        own->count = length + 1;
         return text;
     }
 
@@ -129,15 +132,13 @@ public:
     /// room for is cut. Nothing happens when the text is still shared and there is no memory.
     void releaseBuffer(int n)
     {
-        const std::uint64_t length = lengthToRelease(n);
-        if (length == 0) {
-            if (!isEmpty())
-                setEmpty();
-        } else if (m_data.copyIfShared()) {
-            m_data.releaseBuffer(length + 1);
-            *m_data.dataPtr(length) = Char();
-            check();
-        }
+        Header* const own = m_data.header();
+        const auto length = static_cast<std::uint64_t>(n);
+        if (!own || n < 1 || m_data.isShared() || length >= own->allocCount)
+            return releaseAnyBuffer(n);
+        own->count = length + 1;
+        *m_data.dataPtr(length) = Char();
+        check();
     }
 
     /// "".
@@ -153,6 +154,32 @@ protected:
 private:
     friend struct TvDetail::StringCheck;
 
+    // getBuffer() and releaseBuffer() for any text and any `n`. Templates: each module has its
+    // own, the class instantiated in the library has none.
+    template<class Count>
+    [[gnu::noinline]] TV_LOCAL Char* getNewBuffer(Count n)
+    {
+        const std::uint64_t length = n < 1 ? numOfChars() : static_cast<std::uint64_t>(n);
+        const bool keepsItsEnd = !m_data.isShared() && length < m_data.count();
+        Char* const text = m_data.getBuffer(length + 1);
+        if (text && !keepsItsEnd)
+            text[length] = Char();
+        return text;
+    }
+    template<class Count>
+    [[gnu::noinline]] TV_LOCAL void releaseAnyBuffer(Count n)
+    {
+        const std::uint64_t length = lengthToRelease(n);
+        if (length == 0) {
+            if (!isEmpty())
+                setEmpty();
+        } else if (m_data.copyIfShared()) {
+            m_data.releaseBuffer(length + 1);
+            *m_data.dataPtr(length) = Char();
+            check();
+        }
+    }
+
     // What releaseBuffer(n) makes the length: at most the room in front of a terminating 0,
     // where a shared text has none but its own.
     std::uint64_t lengthToRelease(int n) const
@@ -166,7 +193,7 @@ private:
         return end ? static_cast<std::uint64_t>(end - text) : most;
     }
 
-    void check() const;
+    inline void check() const;
 };
 
 namespace TvDetail {
@@ -198,7 +225,7 @@ struct StringCheck {
 } // namespace TvDetail
 
 template<class Char, class Header>
-void TvStringT<Char, Header>::check() const
+inline void TvStringT<Char, Header>::check() const
 {
 #ifdef TV_CHECK_STRUCTURES
     TvDetail::StringCheck::demand(*this);

@@ -128,7 +128,8 @@ public:
     {
         Data* const data = m_data.get();
         const LengthT at = data->logicalCnt;
-        if (__builtin_expect(data->refCount == 1 && at < data->physicalCnt, 1)) {
+        if (__builtin_expect(data->refCount == 1, 1) &&
+            __builtin_expect(at < data->physicalCnt || data->stepWithinRoom(), 1)) {
             T* const element = data->array + at;
             Elements::begin(element, 1);
             *element = value;

@@ -397,6 +397,19 @@ private:
         logicalCnt = count;
     }
 
+    // Raises the physical length of a full record by the step, as the default grow policy
+    // does for one more element, when the hidden room allows it.
+    bool stepWithinRoom()
+    {
+        if constexpr (!std::is_same<GrowPolicy, TvVectorDefaultGrowPolicy>::value)
+            return false;
+        const unsigned int step = growPolicy;
+        if (step < 2 || step > static_cast<unsigned int>(m_room - physicalCnt))
+            return false;
+        physicalCnt += static_cast<int>(step);
+        return true;
+    }
+
     // Raises the physical length of a record with a single holder; false, without a report
     // or a change, when that needs memory that cannot be had.
     bool growInPlace(int physical)
