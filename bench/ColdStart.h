@@ -2,6 +2,8 @@
 #ifndef TV_BENCH_COLD_START_H
 #define TV_BENCH_COLD_START_H
 
+#include "ProcessMemory.h"
+
 #include <cstdio>
 #include <ctime>
 
@@ -14,13 +16,15 @@ inline long long nowInNanoseconds()
     return static_cast<long long>(now.tv_sec) * 1000000000 + now.tv_nsec;
 }
 
-// The time of day of the clock that does not jump, and the page faults so far.
+// The time of the clock that does not jump, the page faults so far, and the memory in use.
 inline void tellStart()
 {
     const long long now = nowInNanoseconds();
     rusage used;
     getrusage(RUSAGE_SELF, &used);
-    std::printf("main_ns %lld\nfaults %ld\n", now, used.ru_minflt);
+    const long resident = residentKiB();
+    const long own = anonymousKiB();
+    std::printf("main_ns %lld\nfaults %ld\nresident %ld\nown %ld\n", now, used.ru_minflt, resident, own);
 }
 
 #endif

@@ -8,8 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// KiB of memory that no file backs, allocating nothing.
-inline long anonymousKiB()
+// KiB of the memory that a line of /proc/self/smaps_rollup names, allocating nothing.
+inline long memoryKiB(const char* name)
 {
     static char text[4096];
     const int file = open("/proc/self/smaps_rollup", O_RDONLY);
@@ -18,8 +18,13 @@ inline long anonymousKiB()
     if (count <= 0)
         return 0;
     text[count] = '\0';
-    const char* const line = std::strstr(text, "\nAnonymous:");
-    return line ? std::atol(line + 11) : 0;
+    const char* const line = std::strstr(text, name);
+    return line ? std::atol(line + std::strlen(name)) : 0;
 }
+
+inline long residentKiB() { return memoryKiB("\nRss:"); }
+
+// Of the resident memory what no file backs.
+inline long anonymousKiB() { return memoryKiB("\nAnonymous:"); }
 
 #endif
