@@ -29,8 +29,7 @@ public:
         : m_who(who), m_text("kept"), m_stream(8), m_cachedFile(who, "cached", ""),
           m_ownFile(who, "own", "as it was"), m_cached(nullptr), m_own(nullptr)
     {
-        for (int i = 0; i < kFirstRequests; ++i) // from then on memory comes from the heap's range
-            _tvFree(_tvMalloc(4096));
+        EveryArea::comeToTheRange();
         checkAreas(m_who, "constructor");
         for (int i = 0; i < kElements; ++i) {
             m_numbers.append(i);
@@ -97,7 +96,6 @@ public:
     }
 
 private:
-    static constexpr int kFirstRequests = 8200;
     static constexpr int kElements = 700;
     static constexpr int kUnitSize = 64;
     static constexpr int kLooks = 8;

@@ -1,13 +1,10 @@
 // A program that needs the library, and a module whose static object uses it.
-#include "TvAlloc.h"
+#include "EveryArea.h"
 
 extern "C" void useTheModule();
 
-constexpr int kFirstRequests = 8200;
-
 int main()
 {
-    for (int i = 0; i < kFirstRequests; ++i) // from then on memory comes from the heap's range
-        _tvFree(_tvMalloc(4096));
+    EveryArea::comeToTheRange();
     useTheModule();
 }
