@@ -3,6 +3,7 @@
 #include "runtime/TvPlatformCalls.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -39,6 +40,27 @@ namespace {
     return TvStrHeaderA::sEmptyHeader();
 }
 
+// Copies the short texts that most strings are without a call, by two halves that overlap.
+void copyText(char* dst, const char* src, std::size_t n)
+{
+    const auto copyEnds = [=](auto piece) {
+        auto end = piece;
+        std::memcpy(&piece, src, sizeof piece);
+        std::memcpy(&end, src + n - sizeof piece, sizeof piece);
+        std::memcpy(dst, &piece, sizeof piece);
+        std::memcpy(dst + n - sizeof piece, &end, sizeof piece);
+    };
+    struct Sixteen {
+        std::uint64_t words[2];
+    };
+    if (n > 2 * sizeof(Sixteen) || n < sizeof(std::uint64_t))
+        TvPodReallocator<char>::_copy(dst, src, n);
+    else if (n >= sizeof(Sixteen))
+        copyEnds(Sixteen{});
+    else
+        copyEnds(std::uint64_t{});
+}
+
 // What they make of it otherwise, in one step. The caller has the one reference.
 TvStrHeaderA* newBlock(const char* text, int codepage)
 {
@@ -51,7 +73,7 @@ TvStrHeaderA* newBlock(const char* text, int codepage)
     auto* const block = new (memory) TvStrHeaderA(codepage);
     block->count = count;
     block->allocCount = room;
-    TvPodReallocator<char>::_copy(reinterpret_cast<char*>(block + 1), text, count);
+    copyText(reinterpret_cast<char*>(block + 1), text, count);
     return block;
 }
 

@@ -179,6 +179,18 @@ TEST(TvStringA, BytesAreTakenAsTheyAre)
     expectText(TvStringA(text.c_str()), text);
 }
 
+// Each length has its own way of being copied; the text ends where its memory does.
+TEST(TvStringA, TextsOfEveryLengthAreWhole)
+{
+    for (std::size_t length = 0; length <= 80; ++length) {
+        std::vector<char> text(length + 1, '\0');
+        for (std::size_t i = 0; i < length; ++i)
+            text[i] = static_cast<char>('!' + (i * 7 + length) % 90);
+        expectText(TvStringA(text.data()), std::string(text.data()));
+        EXPECT_EQ(std::strlen(text.data()), length);
+    }
+}
+
 TEST(TvStringA, CharactersFollowTheHeader)
 {
     const TvStringA string("abc");
