@@ -1,4 +1,4 @@
-// Thousands of files one after the other (2,000; with TV_TEST_SCALE=20 the 40,000 of ctest --preset
+// Thousands of files one after the other (2,000; with TV_TEST_SCALE=5 the 10,000 of ctest --preset
 // long), as many at once as the system allows, and one of 6 GiB.
 #include "FileStreams.h"
 #include "OpenDescriptors.h"
