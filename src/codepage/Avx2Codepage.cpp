@@ -104,16 +104,20 @@ TV_AVX2 KernelProgress avx2EncodeSingle(const wchar_t* src, std::size_t count, c
         const __m256i v1 = load8(src + at + 8);
         const __m256i v2 = load8(src + at + 16);
         const __m256i v3 = load8(src + at + 24);
+        const __m256i bytes = packBytes(v0, v1, v2, v3);
+        const __m256i other =
+            _mm256_or_si256(_mm256_cmpgt_epi8(allBytes(1), bytes), _mm256_cmpeq_epi8(bytes, allBytes('\\')));
+        if (maskOf(other) == 0) { // ASCII alone
+            store32(dst + at, bytes);
+            at = end;
+            continue;
+        }
         const __m256i all = _mm256_or_si256(_mm256_or_si256(v0, v1), _mm256_or_si256(v2, v3));
         std::size_t good = 0;
         if (_mm256_testz_si256(all, _mm256_set1_epi32(static_cast<int>(0xFFFF0000)))) {
-            __m256i codes;
             __m256i ascii;
-            if (_mm256_testz_si256(all, _mm256_set1_epi32(~0x7F)))
-                codes = ascii = packBytes(v0, v1, v2, v3);
-            else
-                codes =
-                    encodeUnits({{_mm256_packus_epi32(v0, v1), _mm256_packus_epi32(v2, v3)}}, tables, ascii);
+            const __m256i codes =
+                encodeUnits({{_mm256_packus_epi32(v0, v1), _mm256_packus_epi32(v2, v3)}}, tables, ascii);
             store32(dst + at, codes);
             const unsigned stops =
                 maskOf(_mm256_or_si256(isZero(codes), _mm256_cmpeq_epi8(ascii, allBytes('\\'))));

@@ -98,6 +98,17 @@ TV_AVX512_STEP void storePlanesWide(wchar_t* dst, __m512i low, __m512i high)
     _mm512_storeu_si512(dst + 48, joinPlanes(low, high, 3));
 }
 
+// Stores `count` elements from byte planes, rounded up to 32 or 64.
+TV_AVX512_STEP void storePlanesWide(wchar_t* dst, __m512i low, __m512i high, std::size_t count)
+{
+    _mm512_storeu_si512(dst, joinPlanes(low, high, 0));
+    _mm512_storeu_si512(dst + 16, joinPlanes(low, high, 1));
+    if (count > 32) {
+        _mm512_storeu_si512(dst + 32, joinPlanes(low, high, 2));
+        _mm512_storeu_si512(dst + 48, joinPlanes(low, high, 3));
+    }
+}
+
 // The numbers from `first` on, one a 16-bit lane.
 TV_AVX512_STEP __m512i countShort(int first)
 {

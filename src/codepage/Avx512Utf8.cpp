@@ -5,6 +5,8 @@
 
 #include "codepage/Avx512Blocks.h"
 
+#include <algorithm>
+
 namespace TvDetail {
 
 namespace {
@@ -50,6 +52,42 @@ TV_AVX512_STEP char* encode32Short(char* out, __m512i v)
         _mm512_srli_epi16(v, 6), _mm512_and_si512(_mm512_slli_epi16(v, 8), _mm512_set1_epi16(0x3F00)),
         _mm512_set1_epi16(static_cast<short>(0x80C0)), 0xFE);
     return storeUsedBytes(out, _mm512_mask_mov_epi16(v, two, form2));
+}
+
+// Encodes the last block of a text, or all of a short one, up to a 0. There is no branch on the
+// length but one: the lengths of short texts cannot be foreseen.
+TV_AVX512_STEP char* encodeLast(char* out, const wchar_t* src, std::size_t count)
+{
+    __m512i v0 = loadFewWide(src, count, 0);
+    __m512i v1 = loadFewWide(src, count, 16);
+    __m512i v2 = loadFewWide(src, count, 32);
+    __m512i v3 = loadFewWide(src, count, 48);
+    // There are zeros behind a block that is not full.
+    const std::uint64_t zeros = joinMasks(_mm512_testn_epi32_mask(v0, v0), _mm512_testn_epi32_mask(v1, v1),
+                                          _mm512_testn_epi32_mask(v2, v2), _mm512_testn_epi32_mask(v3, v3));
+    const std::size_t length = _tzcnt_u64(zeros); // 64 when there is none
+    if (length < count) [[unlikely]] {
+        v0 = loadFewWide(src, length, 0);
+        v1 = loadFewWide(src, length, 16);
+        v2 = loadFewWide(src, length, 32);
+        v3 = loadFewWide(src, length, 48);
+    }
+    const __m512i all = _mm512_or_si512(_mm512_ternarylogic_epi32(v0, v1, v2, 0xFE), v3);
+    if (!_mm512_cmpgt_epu32_mask(all, _mm512_set1_epi32(0x7F))) {
+        _mm512_storeu_si512(out, packLowBytes(v0, v1, v2, v3));
+        return out + length;
+    }
+    if (!_mm512_cmpgt_epu32_mask(all, _mm512_set1_epi32(0x7FF))) {
+        out = encode32Short(out, packShort(v0, v1));
+        return encode32Short(out, packShort(v2, v3));
+    }
+    out = encode16(out, v0);
+    out = encode16(out, v1);
+    if (length > 32) {
+        out = encode16(out, v2);
+        out = encode16(out, v3);
+    }
+    return out;
 }
 
 } // namespace
@@ -105,7 +143,7 @@ TV_AVX512 std::size_t avx512Utf8Decode(const unsigned char* src, std::size_t cou
 
         const auto written = static_cast<std::size_t>(_mm_popcnt_u64(begins));
         storePlanesWide(out, _mm512_maskz_compress_epi8(begins, lowPlane),
-                        _mm512_maskz_compress_epi8(begins, highPlane));
+                        _mm512_maskz_compress_epi8(begins, highPlane), written);
         out += written;
         if (zero)
             break;
@@ -122,7 +160,7 @@ TV_AVX512 std::size_t avx512Utf8Encode(const wchar_t* src, std::size_t count, ch
         const __m512i v1 = _mm512_loadu_si512(src + at + 16);
         const __m512i v2 = _mm512_loadu_si512(src + at + 32);
         const __m512i v3 = _mm512_loadu_si512(src + at + 48);
-        // A 0 ends the text: the steps of 16 below find it.
+        // A 0 ends the text, and this is its last block.
         const __m512i least = _mm512_min_epu32(_mm512_min_epu32(v0, v1), _mm512_min_epu32(v2, v3));
         if (_mm512_testn_epi32_mask(least, least))
             break;
@@ -140,13 +178,8 @@ TV_AVX512 std::size_t avx512Utf8Encode(const wchar_t* src, std::size_t count, ch
             out = encode16(out, v3);
         }
     }
-    for (; at < count; at += 16) {
-        const __m512i v = loadWide(src + at, count - at);
-        const __mmask16 zero = _mm512_testn_epi32_mask(v, v);
-        out = encode16(out, _mm512_maskz_mov_epi32(static_cast<__mmask16>(bitsBelow(zero)), v));
-        if (zero)
-            break;
-    }
+    if (at < count)
+        out = encodeLast(out, src + at, std::min<std::size_t>(count - at, 64));
     return static_cast<std::size_t>(out - dst);
 }
 
