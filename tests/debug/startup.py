@@ -1,6 +1,8 @@
 # What runs of libTvOsBase when a program starts, as gdb sees it. The objects are known by
 # their destructors: each is registered when the object has been built. Between two of them it
 # is looked at what the earlier ones have changed.
+import re
+
 import gdb
 
 OBJECTS = (
@@ -30,10 +32,10 @@ def number(at, size=8):
 
 
 def symbol_at(at):
-    """The variable at an address, its name alone. A program may have the library's own copy."""
+    """The variable at an address, without its namespace. A program may have the library's own copy."""
     shown = gdb.execute(f"info symbol {at}", to_string=True)
-    name = shown.split(" in section ")[0].replace("(anonymous namespace)::", "")
-    return name.split("[abi:")[0].split(".lto_priv")[0]
+    name = shown.split(" in section ")[0].split("[abi:")[0].split(".lto_priv")[0]
+    return re.sub(r"^(\(anonymous namespace\)|TvDetail)::", "", name)
 
 
 def changes():
