@@ -7,7 +7,7 @@ import gdb
 
 OBJECTS = (
     "TvCharCategory::s_instance",
-    "TvDetail::g_codepages",
+    "g_codepages",
     "TvCharMapper::m_MapFile",
     "g_mapCP2Bigfont",
     "TvFCvtAllocator::s_instance",
