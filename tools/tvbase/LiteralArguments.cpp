@@ -29,12 +29,25 @@ const CLI::App* subcommandOf(const CLI::App& command, const std::string& name)
     return nullptr;
 }
 
+[[noreturn]] void refuseSubcommand(const CLI::App& command, const std::string& name)
+{
+    std::string message = "there is no subcommand \"" + name + "\"; there are";
+    const char* separator = " ";
+    for (const CLI::App* const subcommand : command.get_subcommands(nullptr)) {
+        message += separator + subcommand->get_name();
+        separator = ", ";
+    }
+    throw CommandError(message, kExitUsage);
+}
+
 // The subcommand that the arguments name from their start.
 const CLI::App* commandOf(const CLI::App& app, const std::vector<std::string>& arguments)
 {
     const CLI::App* command = &app;
     for (const std::string& argument : arguments) {
         const CLI::App* const next = subcommandOf(*command, argument);
+        if (!next && command->get_require_subcommand_min() > 0 && argument.rfind('-', 0) != 0)
+            refuseSubcommand(*command, argument);
         if (!next)
             break;
         command = next;

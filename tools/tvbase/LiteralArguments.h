@@ -15,7 +15,7 @@
 
 /// The arguments behind the program's name as `app` parses them, last one first. `--` itself is
 /// left out, but for a `--` that is an option's value, and but for subcommands that take what
-/// follows as it stands.
+/// follows as it stands. Throws CommandError for a subcommand that does not exist.
 std::vector<std::string> parserArguments(const CLI::App& app, int argc, char** argv);
 
 /// Makes the options and positionals of `app` and its subcommands, once all are added, take

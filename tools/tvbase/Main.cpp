@@ -63,6 +63,10 @@ int main(int argc, char** argv)
                "\n"
                "Exit status: 0 success, 1 some input could not be read or converted, 2 usage.");
 
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return "tvbase: " + std::string(error.what()) + "\nRun with --help for more information.\n";
+    });
+
     Shared shared;
     addRecode(app, shared);
     addList(app, shared);

@@ -17,7 +17,12 @@ void addUnitOptions(CLI::App& command, UnitOptions& options, const std::map<std:
     for (const auto& [name, style] : styles)
         names += (names.empty() ? "" : ", ") + name;
     command.add_option("--style", options.style, "One of " + names)
-        ->transform(CLI::CheckedTransformer(styles, CLI::ignore_case).description(""))
+        ->transform([styles, names](const std::string& text) {
+            const auto style = styles.find(CLI::detail::to_lower(text));
+            if (style == styles.end())
+                throw CLI::ValidationError("--style", "\"" + text + "\" is none of " + names);
+            return std::to_string(style->second);
+        })
         ->type_name("STYLE");
     command.add_option("--precision", options.precision, "Digits, or the power of two of fractions (4)")
         ->check(CLI::Range(0, 99).description(""))
