@@ -6,7 +6,9 @@
 #include "TvPlatformText.h"
 
 #include "FuzzInput.h"
+#include "PathPieces.h"
 
+#include <algorithm>
 #include <bit>
 #include <cerrno>
 #include <climits>
@@ -15,8 +17,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cwchar>
+#include <iterator>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -59,26 +62,6 @@ void checkFloat(const NumberText& number)
     require(errno == ERANGE || !std::isinf(value) || ascii.find_first_of(L"nN") != std::wstring::npos);
 }
 
-struct PathPieces {
-    std::wstring piece[4]; // drive, directory, name, extension
-
-    // By searches from the end.
-    explicit PathPieces(std::wstring path)
-    {
-        if (path.size() >= 2 && path[1] == L':' && path[0] != L'/' && path[0] != L'\\') {
-            piece[0] = path.substr(0, 2);
-            path.erase(0, 2);
-        }
-        const std::size_t separator = path.find_last_of(L"/\\");
-        const std::size_t name = separator == path.npos ? 0 : separator + 1;
-        piece[1] = path.substr(0, name);
-        path.erase(0, name);
-        const std::size_t dot = path.rfind(L'.');
-        piece[2] = path.substr(0, dot);
-        piece[3] = dot == path.npos ? L"" : path.substr(dot);
-    }
-};
-
 // Each buffer of any size; one that is left out has none.
 void checkSplitPath(Choices& choices)
 {
@@ -91,15 +74,16 @@ void checkSplitPath(Choices& choices)
     }
     const std::wstring whole = wideOf(choices.rest());
     const std::wstring path = whole.substr(0, whole.find(L'\0'));
-    const PathPieces pieces(path);
+    const PathPieces found = piecesOf(path);
+    const std::wstring pieces[4] = {found.drive, found.dir, found.fname, found.ext};
     bool fits = true;
     for (int i = 0; i < 4; ++i)
-        fits = fits && (room[i] == 0 || pieces.piece[i].size() < room[i]);
+        fits = fits && (room[i] == 0 || pieces[i].size() < room[i]);
     const int result = _wsplitpath_s(terminated(path).get(), buffer[0].get(), room[0], buffer[1].get(),
                                      room[1], buffer[2].get(), room[2], buffer[3].get(), room[3]);
     require(result == (fits ? 0 : ERANGE));
     for (int i = 0; i < 4; ++i)
-        require(room[i] == 0 || buffer[i].get() == (fits ? pieces.piece[i] : std::wstring()));
+        require(room[i] == 0 || buffer[i].get() == (fits ? pieces[i] : std::wstring()));
 }
 
 // UTF-8 of whole characters; false for an element that is none.

@@ -1,6 +1,7 @@
 // Path splitting against an oracle that searches from the end, over random short paths.
 #include "TvPlatformBase.h"
 
+#include "PathPieces.h"
 #include "TestScale.h"
 
 #include <gtest/gtest.h>
@@ -11,29 +12,6 @@
 #include <string>
 
 namespace {
-
-struct Pieces {
-    std::wstring drive, dir, fname, ext;
-    bool operator==(const Pieces&) const = default;
-};
-
-Pieces oracle(std::wstring path)
-{
-    Pieces pieces;
-    if (path.size() >= 2 && path[1] == L':' && path[0] != L'/' && path[0] != L'\\') {
-        pieces.drive = path.substr(0, 2);
-        path.erase(0, 2);
-    }
-    const size_t separator = path.find_last_of(L"/\\");
-    const size_t name = separator == path.npos ? 0 : separator + 1;
-    pieces.dir = path.substr(0, name);
-    path.erase(0, name);
-    const size_t dot = path.rfind(L'.');
-    pieces.fname = path.substr(0, dot);
-    if (dot != path.npos)
-        pieces.ext = path.substr(dot);
-    return pieces;
-}
 
 TEST(SplitPathDiff, RandomPathsAgreeWithTheSearchFromTheEnd)
 {
@@ -46,7 +24,7 @@ TEST(SplitPathDiff, RandomPathsAgreeWithTheSearchFromTheEnd)
             c = L"ab.:/\\\x4E2D."[random() % 8];
         wchar_t drive[16], dir[16], fname[16], ext[16];
         ASSERT_EQ(_wsplitpath_s(path.c_str(), drive, 16, dir, 16, fname, 16, ext, 16), 0);
-        ASSERT_EQ((Pieces{drive, dir, fname, ext}), oracle(path)) << testing::PrintToString(path);
+        ASSERT_EQ((PathPieces{drive, dir, fname, ext}), piecesOf(path)) << testing::PrintToString(path);
     }
 }
 
@@ -59,7 +37,7 @@ TEST(SplitPathDiff, ItFailsExactlyWhenAPieceDoesNotFit)
         std::wstring path(random() % 9, L' ');
         for (wchar_t& c : path)
             c = L"ab.:/\\"[random() % 6];
-        const Pieces pieces = oracle(path);
+        const PathPieces pieces = piecesOf(path);
         wchar_t drive[16], dir[16], fname[16], ext[16];
         const size_t counts[4] = {1 + random() % 5, 1 + random() % 8, 1 + random() % 8, 1 + random() % 8};
         const bool fits = pieces.drive.size() < counts[0] && pieces.dir.size() < counts[1] &&
