@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <sstream>
 #include <string>
 #include <tuple>
 
@@ -50,11 +51,14 @@ int mappingsOf(const Place& place)
 // How many record locks this process holds, on whatever files.
 int recordLocks()
 {
-    const std::string own = " " + std::to_string(getpid()) + " ";
     std::ifstream locks("/proc/locks");
     int count = 0;
-    for (std::string line; std::getline(locks, line);)
-        count += line.find(own) != std::string::npos;
+    for (std::string line; std::getline(locks, line);) { // 1: POSIX ADVISORY READ 4711 08:01:99 0 EOF
+        std::istringstream fields(line);
+        std::string number, kind, strictness, access;
+        long holder = 0;
+        count += (fields >> number >> kind >> strictness >> access >> holder) && holder == getpid();
+    }
     return count;
 }
 
