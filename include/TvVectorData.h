@@ -283,7 +283,7 @@ struct VectorElements {
     static T* enlarge(T* array, int used, int room)
     {
         if constexpr (std::is_same<Allocator, TvDefaultMemAllocator<T>>::value)
-            return admitErrorStatusOnly([=] { return enlargeByMove(array, used, room); });
+            return enlargeByMove(array, used, room);
         if constexpr (kRawMemory && std::is_trivially_copyable<T>::value)
             return enlargeInPlace(array, room);
         return nullptr;
@@ -292,17 +292,17 @@ struct VectorElements {
 private:
     static T* enlargeByMove(T* array, int used, int room)
     {
-        T* const larger = newElements<T>(room);
+        std::unique_ptr<T[]> larger(admitErrorStatusOnly([room] { return newElements<T>(room); }));
         if (!larger)
             return nullptr;
         if constexpr (std::is_trivially_copyable<T>::value || !std::is_nothrow_move_assignable<T>::value) {
-            copy(larger, array, used);
+            copy(larger.get(), array, used); // what it throws leaves the old array whole
         } else {
             for (int i = 0; i < used; ++i)
                 larger[i] = std::move(array[i]);
         }
         Allocator::dealloc(array, used);
-        return larger;
+        return larger.release();
     }
 
     static T* enlargeInPlace(T* array, int room)
@@ -460,9 +460,8 @@ public:
     TvVectorDataPtr& assign(Data* record)
     {
         if (record != m_record) {
-            release();
-            m_record = record;
-            hold();
+            TvVectorDataPtr old(record); // held before the old one goes, whose elements may keep it
+            std::swap(m_record, old.m_record);
         }
         return *this;
     }

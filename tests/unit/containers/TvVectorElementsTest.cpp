@@ -82,6 +82,43 @@ TEST(TvVector, ElementThatThrowsLeavesTheVectorAsItWas)
     EXPECT_EQ(TvDetail::VectorCheck::faultOf(v), nullptr);
 }
 
+TEST(TvVector, ElementThatThrowsInGrowthLeavesTheVectorAsItWas)
+{
+    TvVector<ThrowsWhenCopied> v;
+    v.setLogicalLength(8);
+    const auto* const before = v.begin();
+    ThrowsWhenCopied::armed = true;
+    EXPECT_THROW(v.setLogicalLength(9), std::runtime_error);
+    ThrowsWhenCopied::armed = false;
+    EXPECT_EQ(v.begin(), before);
+    EXPECT_EQ(v.length(), 8);
+    EXPECT_EQ(v.physicalLength(), 8);
+    EXPECT_EQ(TvDetail::VectorCheck::faultOf(v), nullptr);
+}
+
+struct Branch : Counted {
+    std::shared_ptr<TvVector<Branch>> branches;
+};
+
+TEST(TvVector, MayBecomeWhatOneOfItsElementsHolds)
+{
+    const int before = Counted::alive;
+    {
+        TvVector<Branch> v;
+        v.setLogicalLength(1);
+        v.at(0).branches = std::make_shared<TvVector<Branch>>();
+        v.at(0).branches->setLogicalLength(2);
+        v.at(0).branches->at(1).value = 7;
+
+        v = *v.at(0).branches;
+
+        EXPECT_EQ(v.length(), 2);
+        EXPECT_EQ(v.last().value, 7);
+        EXPECT_EQ(TvDetail::VectorCheck::faultOf(v), nullptr);
+    }
+    EXPECT_EQ(Counted::alive, before);
+}
+
 // Notes what it is asked for.
 template<class T>
 struct NotingAllocator {
