@@ -321,7 +321,7 @@ private:
     friend class TvStringT;
 
     // Takes over the caller's reference on the block behind `block`.
-    explicit TvMemData(Header* block) : m_data(elementsOf(block)) {}
+    explicit TvMemData(Header& block) : m_data(elementsOf(&block)) {}
 
     static constexpr std::uint32_t kLocked = 0xFFFFFFFFu;
     static constexpr std::uint64_t kMost = ~std::uint64_t(0);

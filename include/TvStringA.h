@@ -145,8 +145,9 @@ public:
     static const Char* const kEmptyStr;
 
 protected:
-    /// Takes over the caller's reference on the text behind `block`.
-    explicit TvStringT(Header* block) : m_data(block) {}
+    /// Takes over the caller's reference on the text behind `block`. Not by its address: a literal
+    /// null is a text.
+    explicit TvStringT(Header& block) : m_data(block) {}
 
     /// The text with its terminating 0, which the count includes.
     TvMemData<Char, Header, TvMemDataAllocator, TvPodReallocator<Char>> m_data;

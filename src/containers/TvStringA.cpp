@@ -79,7 +79,7 @@ TvStrHeaderA* newBlock(const char* text, int codepage)
 
 } // namespace
 
-TvStringA::TvStringA(const char* text) : TvStringT(newBlock(text, static_cast<int>(GetACP())))
+TvStringA::TvStringA(const char* text) : TvStringT(*newBlock(text, static_cast<int>(GetACP())))
 {
 #ifdef TV_CHECK_STRUCTURES
     TvDetail::StringCheck::demand(*this);

@@ -128,6 +128,12 @@ TEST_P(TvStringAOfNothing, AssignedToAnEmptyStringChangesNothing)
 INSTANTIATE_TEST_SUITE_P(All, TvStringAOfNothing, testing::ValuesIn(kNothing),
                          [](const auto& test) { return test.param ? "EmptyText" : "Null"; });
 
+TEST(TvStringA, LiteralNullIsAText)
+{
+    EXPECT_TRUE(TvStringA(nullptr).isEmpty());
+    EXPECT_TRUE(Base(nullptr).isEmpty());
+}
+
 TEST(TvStringA, DefaultIsAnEmptyTextInTheSystemCodePage)
 {
     const AnsiCodePage page(936);
