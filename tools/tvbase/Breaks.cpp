@@ -27,9 +27,7 @@ const char* const kClassNames[] = {
 };
 
 constexpr char32_t kFirstPrintable = 0x21;
-constexpr char32_t kDottedCircle = 0x25CC;   // what a combining mark is shown on
 constexpr char32_t kBasicPlaneEnd = 0x10000; // class 19 holds more than marks beyond
-constexpr int kCombining = 19;
 
 // False when `utf8` is no UTF-8.
 bool readCharacters(const std::string& utf8, std::u32string& text)
@@ -42,12 +40,6 @@ bool readCharacters(const std::string& utf8, std::u32string& text)
         i += static_cast<std::size_t>(sequence.length);
     }
     return true;
-}
-
-std::string utf8Of(char32_t c)
-{
-    char bytes[4];
-    return {bytes, static_cast<std::size_t>(writeUtf8(c, bytes))};
 }
 
 std::vector<const char*> punctuationOf(char32_t c)
@@ -84,7 +76,7 @@ std::string shownCharacter(char32_t c, int breakClass)
 {
     if (c < kFirstPrintable || (c >= 0x7F && c < 0xA0))
         return "";
-    return breakClass == kCombining && c < kBasicPlaneEnd ? utf8Of(kDottedCircle) + utf8Of(c) : utf8Of(c);
+    return breakClass == kCombiningClass && c < kBasicPlaneEnd ? utf8OfMark(c) : utf8Of(c);
 }
 
 void printTable(const std::u32string& text)

@@ -38,7 +38,7 @@ bool isIn(const Range (&ranges)[n], char32_t c)
 constexpr Range kWide[] = {{0x1100, 0x115F}, {0x2E80, 0xA4CF}, {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},
                            {0xFE30, 0xFE6F}, {0xFF01, 0xFF60}, {0xFFE0, 0xFFE6}};
 // That stand on the character before them.
-constexpr Range kCombining[] = {{0x0300, 0x036F}, {0x05B0, 0x05C2}, {0x064B, 0x0652},
+constexpr Range kMarks[] = {{0x0300, 0x036F}, {0x05B0, 0x05C2}, {0x064B, 0x0652},
                                 {0x0E31, 0x0E31}, {0x0E34, 0x0E3A}, {0x0E47, 0x0E4E}};
 // That have no picture.
 constexpr Range kInvisible[] = {{0x7F, 0x9F}, {0xAD, 0xAD}, {0x200B, 0x200F}, {0xFEFF, 0xFEFF}};
@@ -48,27 +48,20 @@ constexpr Range kRightToLeft[] = {{0x0590, 0x08FF}, {0xFB1D, 0xFDFF}, {0xFE70, 0
 constexpr char32_t kNoPicture = 0x25AB;    // small white square
 constexpr char32_t kSpacePicture = 0x2423; // open box
 constexpr char32_t kPicturesOfControls = 0x2400;
-constexpr char32_t kDottedCircle = 0x25CC;
 constexpr char32_t kLeftToRightMark = 0x200E;
-
-std::string utf8(char32_t c)
-{
-    char bytes[4];
-    return {bytes, static_cast<std::size_t>(writeUtf8(c, bytes))};
-}
 
 // A character in three columns.
 std::string cell(char32_t c)
 {
     if (c < 0x20)
-        return utf8(kPicturesOfControls + c) + "  ";
+        return utf8Of(kPicturesOfControls + c) + "  ";
     if (isIn(kInvisible, c))
-        return utf8(kNoPicture) + "  ";
+        return utf8Of(kNoPicture) + "  ";
     if (isIn(kSpaces, c))
-        return utf8(kSpacePicture) + "  ";
-    std::string text = isIn(kCombining, c) ? utf8(kDottedCircle) + utf8(c) : utf8(c);
+        return utf8Of(kSpacePicture) + "  ";
+    std::string text = isIn(kMarks, c) ? utf8OfMark(c) : utf8Of(c);
     if (isIn(kRightToLeft, c))
-        text += utf8(kLeftToRightMark);
+        text += utf8Of(kLeftToRightMark);
     return text + (isIn(kWide, c) ? " " : "  ");
 }
 
@@ -138,7 +131,7 @@ void printAsJson(code_page_id id, unsigned lead)
         json.beginObject();
         json.number("code", code);
         json.number("unit", static_cast<unsigned>(wc));
-        json.text("character", utf8(static_cast<char32_t>(wc)));
+        json.text("character", utf8Of(static_cast<char32_t>(wc)));
         json.end();
     }
     json.end();

@@ -46,12 +46,6 @@ bool isControl(wchar_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA
 bool isHigh(wchar_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool isLow(wchar_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-std::string utf8Of(char32_t character)
-{
-    char bytes[4];
-    return std::string(bytes, static_cast<std::size_t>(writeUtf8(character, bytes)));
-}
-
 // The character of a unit, nothing where it has none to show.
 std::string shown(wchar_t unit)
 {

@@ -8,7 +8,6 @@ namespace {
 // something of their own.
 constexpr int kLetter = 11;
 constexpr int kIdeograph = 12;
-constexpr int kCombining = 19;
 constexpr int kJoiner = 20;
 constexpr int kReturn = 21;
 constexpr int kLineFeed = 22;
@@ -55,7 +54,7 @@ public:
             m_afterSpace = true;
             return false;
         }
-        const bool combines = breakClass == kCombining && !m_afterSpace && m_before != kNone;
+        const bool combines = breakClass == kCombiningClass && !m_afterSpace && m_before != kNone;
         bool may = false;
         if (m_before != kNone) {
             const int action = OrCodePage::s_arrFullAnalyzeLineBreak[m_before * kPairClasses + breakClass];

@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+/// The class of OrCodePage::LineBreakClass() of what stands on the character before it.
+constexpr int kCombiningClass = 19;
+
 enum class LineBreak { No, May, Must };
 
 /// Whether a line may or must end after each character of the text; after the last one

@@ -3,6 +3,7 @@
 #define TVBASE_UTF8_SEQUENCE_H
 
 #include <cstddef>
+#include <string>
 
 struct Utf8Sequence {
     int length;     ///< bytes; 0 = no well-formed sequence starts here; -1 = the text ends inside one
@@ -48,5 +49,14 @@ inline int writeUtf8(char32_t value, char* out)
     out[0] = static_cast<char>((0xF00 >> length & 0xFF) | value);
     return length;
 }
+
+inline std::string utf8Of(char32_t value)
+{
+    char bytes[4];
+    return {bytes, static_cast<std::size_t>(writeUtf8(value, bytes))};
+}
+
+/// A combining mark by itself, as tables show it: on a dotted circle.
+inline std::string utf8OfMark(char32_t mark) { return utf8Of(0x25CC) + utf8Of(mark); }
 
 #endif
