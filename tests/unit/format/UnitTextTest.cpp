@@ -100,6 +100,7 @@ const DistanceCase kDistances[] = {
     {"DecimalNoTrailingZeros", 2, 4, 0, 8, 66.5, L"66.5"},
     {"DecimalNoLeadingZero", 2, 4, 0, 4, -0.5, L"-.5000"},
     {"DecimalNeitherZeros", 2, 4, 0, 12, 0.5, L".5"},
+    {"DecimalWithoutAPointKeepsItsZeros", 2, 0, 0, 8, 100.0, L"100"},
     {"DecimalAsLongAsWanted", 2, 2, 0, 0, 123.456, L"123.46", 6},
     {"DecimalLongerTurnsScientific", 2, 2, 0, 0, 1234.56, L"1E+03", 6},
     {"NegativeMayBeOneShorter", 2, 2, 0, 0, -123.456, L"-123.46", 7},
@@ -119,6 +120,7 @@ const DistanceCase kDistances[] = {
     {"Engineering", 3, 2, 0, 0, 66.0, L"5'-6.00\""},
     {"EngineeringCompact", 3, 2, 1, 0, 66.0, L"5'6.00\""},
     {"EngineeringNeverCompact", 3, 2, 1, 0x10, 66.0, L"5'-6.00\""},
+    {"EngineeringCompactByTheLowestBitAlone", 3, 2, 2, 0, 66.0, L"5'-6.00\""},
     {"EngineeringZeroFeet", 3, 2, 0, 0, 6.0, L"0'-6.00\""},
     {"EngineeringNoZeroFeet", 3, 2, 0, 1, 6.0, L"6.00\""},
     {"EngineeringFeetStayWithFlag", 3, 2, 0, 1, 18.0, L"1'-6.00\""},
@@ -145,6 +147,7 @@ const DistanceCase kDistances[] = {
     {"ArchitecturalNeverCompact", 4, 4, 1, 0x10, 66.5, L"5'-6 1/2\""},
     {"ArchitecturalRollsOverFromNoFeet", 4, 4, 0, 1, 11.99, L"1'-0\""},
     {"ArchitecturalElevenAndAHalfStays", 4, 4, 0, 0, 71.5, L"5'-11 1/2\""},
+    {"ArchitecturalFractionThatBeginsWith12Stays", 4, 7, 0, 0, 127.0 / 128, L"0'-127/128\""},
     {"ArchitecturalLongerTurnsScientific", 4, 4, 0, 0, 66.5, L"7E+01", 6},
     {"ArchitecturalCompact", 4, 4, 1, 0, 66.5, L"5'6-1/2\""},
     {"ArchitecturalSixteenth", 4, 4, 0, 0, 1.0625, L"0'-1 1/16\""},
@@ -185,6 +188,7 @@ const DistanceCase kDistances[] = {
 
     {"LongestLaidOut", 5, 0, 0, 0, 1.19999e11, L"-260084288"},
     {"AboveTheLongestIsScientific", 3, 2, 0, 0, 1.2e11, L"1.20E+11"},
+    {"JustAboveTheLongestIsScientific", 5, 0, 0, 0, 1.199995e11, L"1E+11"},
     {"FeetWrapAt2To31", 3, 0, 0, 0, 2147483648.0 * 12, L"-2147483648'-0\""},
     {"TinyDistance", 4, 4, 0, 0, 5e-324, L"0'-0\""},
 };
@@ -197,6 +201,16 @@ TEST(StackedFraction, TakesTheHashWhenAsked)
     g_appUnits.fractionStack = 1;
     g_appUnits.fractionHeight = -3;
     EXPECT_EQ(unitText(2.25, 0x8001, 40), L"2{\\H-3x;\\S1#4;}");
+}
+
+TEST(StackedFraction, TakesTheHashForAnyValueButZero)
+{
+    Settings settings;
+    g_appUnits.linearStyle = 5;
+    for (const short stack : {2, -1, 256}) {
+        g_appUnits.fractionStack = stack;
+        EXPECT_EQ(unitText(2.25, 0x8001, 40), L"2{\\H0x;\\S1#4;}") << stack;
+    }
 }
 
 struct AngleCase {
@@ -282,6 +296,8 @@ const AngleCase kAngles[] = {
     {"MinutesRoundUpAtHalf", 1, 2, 0, 0, 45.0 + 0.51 / 60, L"45d1'"},
     {"MinutesRoundDownBelowHalf", 1, 2, 0, 0, 45.0 + 0.49 / 60, L"45d0'"},
     {"DegreesRoundUpAtHalf", 1, 0, 0, 0, 45.51, L"46d"},
+    {"DegreesRoundUpJustAboveHalf", 1, 0, 0, 0, 45.5001, L"46d"},
+    {"DegreesWrapAt2To32", 1, 0, 0, 0, 4294967296.0 + 45, L"45d"},
     {"DegreesRoundDownBelowHalf", 1, 0, 0, 0, 45.49, L"45d"},
     {"NegativeMinutesSecondsTakeOneOff", 1, 8, 0, 0, -45.5125, L"-45d30'45\"", 9},
     {"NegativeMinutesSecondsAtLength8", 1, 8, 0, 0, -45.5125, L"-45d31'", 8},
@@ -331,6 +347,8 @@ const AngleCase kBearings[] = {
     {"SecondsWithFraction", 4, 6, 0, 0, 45.5125, L"N 44d29'15.00\" E"},
     {"EastLooksLikeAnExponentAndKeepsItsZeros", 4, 6, 0, 8, 45.5125, L"N 44d29'15.00\" E"},
     {"BelowTheToleranceIsDueNorth", 4, 8, 0, 0, 90 + 1e-14, L"N"},
+    {"AboveTheToleranceHasItsSeconds", 4, 8, 0, 0, 90 - 0.001 / 3600, L"N 0d0'0.0010\" E"},
+    {"WholeSecondsCountAtPrecision3", 4, 3, 0, 0, 90 - 5.0 / 3600, L"N 0d0'5\" E"},
     {"DueSouthInDegreesOnly", 4, 0, 0, 0, 270, L"S"},
     {"DueSouthCompact", 4, 4, 1, 0, 270, L"S"},
     {"NearNorthInDegreesOnlyHasItsLetters", 4, 0, 0, 0, 89.8, L"N 0d E"},
@@ -448,6 +466,20 @@ TEST(Choice, WithoutFeetEngineeringIsDecimalWithItsDigits)
     EXPECT_EQ(precision, 5);
 }
 
+TEST(Choice, WithoutFeetArchitecturalHasAThirdOfItsDigitsRoundedUp)
+{
+    Settings settings;
+    g_appUnits.linearStyle = 4;
+    const int thirds[] = {0, 1, 1, 1, 2, 2, 2, 3};
+    for (short digits = 0; digits < 8; ++digits) {
+        g_appUnits.linearPrecision = digits;
+        int precision = -1;
+        int style = 0;
+        FormatUtil::convertQTypeToAppType(precision, style, 0, 0x40);
+        EXPECT_EQ(precision, thirds[digits]) << digits;
+    }
+}
+
 TEST(Choice, WithoutFeetFractionalStays)
 {
     Settings settings;
@@ -466,6 +498,13 @@ TEST(Choice, NegativePrecisionIsZero)
     int style = 0;
     FormatUtil::convertQTypeToAppType(precision, style, 1, 0);
     EXPECT_EQ(precision, 0);
+}
+
+TEST(UnitText, KindIsTheWholeLowByte)
+{
+    Settings settings;
+    for (const int kind : {4, 0x80, 0x81, 0xFF})
+        EXPECT_EQ(unitText(-1.5, kind, 40), L"") << kind;
 }
 
 TEST(UnitText, FitsExactly)

@@ -142,6 +142,7 @@ const GCase kG[] = {
     {"FifteenDigits", 0.1, 15, 0, "0.1"},
     {"SeventeenDigits", 0.1, 17, 0, "0.10000000000000001"},
     {"Style1FillsWholeNumbers", 2.0, 4, 1, "2.000"},
+    {"Style1CountsTheZerosInFrontOfThePoint", 100.0, 6, 1, "100.000"},
     {"Style1FillsBelowOne", 0.5, 4, 1, "0.5000"},
     {"Style1DoesNotFillBehindDigits", 1.5, 4, 1, "1.5"},
     {"Style1FillsZero", 0.0, 4, 1, "0.000"},
@@ -232,6 +233,15 @@ TEST(TvCvt, EcvtRoundsToSignificantDigits)
     EXPECT_STREQ(digits, "12346");
     EXPECT_EQ(point, 4);
     EXPECT_EQ(sign, 1);
+    tvFreeCvt(digits);
+}
+
+TEST(TvCvt, EcvtGoesOnBehindTheShortest)
+{
+    int point, sign;
+    char* digits = tvEcvt(0.1, 20, &point, &sign);
+    EXPECT_STREQ(digits, "10000000000000000555");
+    EXPECT_EQ(point, 0);
     tvFreeCvt(digits);
 }
 
