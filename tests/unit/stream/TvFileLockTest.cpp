@@ -135,6 +135,21 @@ TEST_F(TvFileLock, ExclusiveOpenMeetsAForeignWriteLock)
     other.resume();
 }
 
+TEST_F(TvFileLock, LockElsewhereIsToldBeforeTheOwnExclusiveOpen)
+{
+    const auto own = openExclusively(name);
+    Child other([&](Child::Gate& gate) {
+        const auto reader = openIn(name);
+        gate.reached();
+        return 0;
+    });
+    ASSERT_TRUE(other.waitUntilReached());
+    EXPECT_EQ(openExclusively(name).status, Orna::eFileLocked);
+    other.resume();
+    EXPECT_EQ(other.result(), 0);
+    EXPECT_EQ(openExclusively(name).status, Orna::eFileNotFound);
+}
+
 TEST_F(TvFileLock, OwnerThatDiesLetsGo)
 {
     Child other([&](Child::Gate& gate) {

@@ -173,6 +173,15 @@ TEST_F(TvFileSystemTest, AccessFileTakesUtf8InEveryLocale)
     EXPECT_TRUE(TvFileSystem::accessFile((files.wide("") + L"\u00E9").c_str(), kRead));
 }
 
+// Its names are in UTF-8 as TvCharMapper::unicodeToUtf8 writes it.
+TEST_F(TvFileSystemTest, AccessFileLeavesOutCharactersAboveFFFF)
+{
+    const std::wstring name = files.put("a", "");
+    EXPECT_TRUE(TvFileSystem::accessFile((name + L'\U0001F600').c_str(), kRead));
+    EXPECT_FALSE(TvFileSystem::isFileExisting((name + L'\U0001F600').c_str()));
+    EXPECT_FALSE(TvFileSystem::accessFile(L"\U0001F600", kRead));
+}
+
 TEST_F(TvFileSystemTest, CreateFileBufForReadingIsAMappedStream)
 {
     std::unique_ptr<TvFileStreamBuf> file(TvFileSystem::createFileBuf(

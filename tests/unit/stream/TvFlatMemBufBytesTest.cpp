@@ -218,6 +218,17 @@ TEST(TvFlatMemBuf, GetByteAtTheEndReportsTheRange)
     EXPECT_EQ(stream.tell(), 6u);
 }
 
+// The seek to the cursor's own place is refused, and so is the read.
+TEST(TvFlatMemBuf, GetByteWithTheCursorPastTheEndReportsTheRangeTwice)
+{
+    Recorder recorder;
+    SixBytes stream(6);
+    stream.resize(2);
+    stream.getByte();
+    EXPECT_EQ(recorder.messages(), (Messages{L"Out of stream buffer!", L"Out of stream buffer!"}));
+    EXPECT_EQ(stream.tell(), 6u);
+}
+
 TEST(TvFlatMemBuf, GetByteAtAPositionKeepsTheCursor)
 {
     SixBytes stream(2);
