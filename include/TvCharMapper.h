@@ -25,7 +25,8 @@ class CReadUserDefBigfontIni;
 ///    same value;
 ///  - ids 0 and `CP_CNT` mean the system code page, `GetACP()` at the time of the call; ids
 ///    above `CP_CNT` and negative ones convert by the identity table, byte n to U+00nn;
-///  - input ends at its first 0 or after `len` elements, whichever comes first;
+///  - input ends at its first 0 or after `len` elements, whichever comes first; all `len` of them
+///    must be there, also behind a 0, because they are read in blocks;
 ///  - results replace what the vector held, and their length counts a terminating 0.
 ///
 /// **Errors**: nothing is thrown. A result for which no memory can be had, and the result
@@ -58,15 +59,15 @@ public:
     /// UTF-8 to wide text. With `len` 0 the text ends at its terminating 0.
     ///
     /// One non-zero byte at `src[len]` is read as text too: end the text with a 0, or pass one
-    /// byte less. Four-byte sequences are not decoded: their first three bytes are read like a
-    /// three-byte form and the fourth stands for itself, like every byte that belongs to no
-    /// form. A null `src` is empty text.
+    /// byte less. It is not looked at when a 0 stands before it. Four-byte sequences are not
+    /// decoded: their first three bytes are read like a three-byte form and the fourth stands for
+    /// itself, like every byte that belongs to no form. A null `src` is empty text.
     static void utf8ToUnicode(const char* src, int len, TvVector<wchar_t>& out);
 
     /// Wide text to UTF-8. Elements above U+FFFF are dropped, surrogates encoded in three bytes.
     ///
-    /// One non-zero element at `src[len]` is read as text too. When `len` is 0 or `src` null,
-    /// `out` is left empty: not even a terminator.
+    /// One non-zero element at `src[len]` is read as text too; it is not looked at when a 0 stands
+    /// before it. When `len` is 0 or `src` null, `out` is left empty: not even a terminator.
     static void unicodeToUtf8(const wchar_t* src, int len, TvVector<char>& out);
 
     /// Bytes in code page `cp` to wide text; inline escapes are read.

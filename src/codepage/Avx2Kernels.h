@@ -10,8 +10,8 @@
 
 namespace TvDetail {
 
-std::size_t avx2Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept;
-std::size_t avx2Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept;
+KernelProgress avx2Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept;
+KernelProgress avx2Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept;
 KernelProgress avx2DecodeSingle(const unsigned char* src, std::size_t count, wchar_t* dst,
                                 const CodepageTables& tables) noexcept;
 KernelProgress avx2EncodeSingle(const wchar_t* src, std::size_t count, char* dst,

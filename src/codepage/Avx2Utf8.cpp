@@ -157,7 +157,7 @@ TV_AVX2_STEP char* encode8(char* out, __m256i v)
 
 } // namespace
 
-TV_AVX2 std::size_t avx2Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+TV_AVX2 KernelProgress avx2Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
 {
     wchar_t* out = dst;
     std::size_t at = 0;
@@ -177,10 +177,10 @@ TV_AVX2 std::size_t avx2Utf8Decode(const unsigned char* src, std::size_t count, 
     at += carry.belonging(src + at, count - at);
     auto written = static_cast<std::size_t>(out - dst);
     utf8DecodeUntil(count, src, count, at, dst, written);
-    return written;
+    return {at, written};
 }
 
-TV_AVX2 std::size_t avx2Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
+TV_AVX2 KernelProgress avx2Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
 {
     std::size_t at = 0;
     std::size_t written = 0;
@@ -195,7 +195,7 @@ TV_AVX2 std::size_t avx2Utf8Encode(const wchar_t* src, std::size_t count, char* 
         const __m256i large = _mm256_set1_epi32(static_cast<int>(0xFFFF0000));
         if (!_mm256_testz_si256(zero, zero) || !_mm256_testz_si256(all, large)) {
             if (!utf8EncodeUntil(at + 32, src, at, dst, written))
-                return written;
+                return {at, written};
             continue;
         }
         char* out = dst + written;
@@ -212,7 +212,7 @@ TV_AVX2 std::size_t avx2Utf8Encode(const wchar_t* src, std::size_t count, char* 
         at += 32;
     }
     utf8EncodeUntil(count, src, at, dst, written);
-    return written;
+    return {at, written};
 }
 
 } // namespace TvDetail

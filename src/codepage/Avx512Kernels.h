@@ -6,8 +6,8 @@
 
 namespace TvDetail {
 
-std::size_t avx512Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept;
-std::size_t avx512Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept;
+KernelProgress avx512Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept;
+KernelProgress avx512Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept;
 KernelProgress avx512DecodeSingle(const unsigned char* src, std::size_t count, wchar_t* dst,
                                   const CodepageTables& tables) noexcept;
 KernelProgress avx512DecodeDouble(const unsigned char* src, std::size_t count, wchar_t* dst,

@@ -54,9 +54,10 @@ TV_AVX512_STEP char* encode32Short(char* out, __m512i v)
     return storeUsedBytes(out, _mm512_mask_mov_epi16(v, two, form2));
 }
 
-// Encodes the last block of a text, or all of a short one, up to a 0. There is no branch on the
-// length but one: the lengths of short texts cannot be foreseen.
-TV_AVX512_STEP char* encodeLast(char* out, const wchar_t* src, std::size_t count)
+// Encodes the last block of a text, or all of a short one, up to a 0; `length` receives how many
+// elements stand before that. There is no branch on the length but one: the lengths of short
+// texts cannot be foreseen.
+TV_AVX512_STEP char* encodeLast(char* out, const wchar_t* src, std::size_t count, std::size_t& length)
 {
     __m512i v0 = loadFewWide(src, count, 0);
     __m512i v1 = loadFewWide(src, count, 16);
@@ -65,7 +66,7 @@ TV_AVX512_STEP char* encodeLast(char* out, const wchar_t* src, std::size_t count
     // There are zeros behind a block that is not full.
     const std::uint64_t zeros = joinMasks(_mm512_testn_epi32_mask(v0, v0), _mm512_testn_epi32_mask(v1, v1),
                                           _mm512_testn_epi32_mask(v2, v2), _mm512_testn_epi32_mask(v3, v3));
-    const std::size_t length = _tzcnt_u64(zeros); // 64 when there is none
+    length = _tzcnt_u64(zeros); // 64 when there is none
     if (length < count) [[unlikely]] {
         v0 = loadFewWide(src, length, 0);
         v1 = loadFewWide(src, length, 16);
@@ -97,7 +98,7 @@ TV_AVX512_STEP char* encodeLast(char* out, const wchar_t* src, std::size_t count
 // cut into blocks without regard to characters, every byte of a block is judged at once, and
 // its character is put together beside it in two byte planes, which are then compressed to
 // the places where characters begin.
-TV_AVX512 std::size_t avx512Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+TV_AVX512 KernelProgress avx512Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
 {
     wchar_t* out = dst;
     // Of the block before, in the lowest bit: its last byte is a lead byte, one from 0xE0 on,
@@ -114,7 +115,7 @@ TV_AVX512 std::size_t avx512Utf8Decode(const unsigned char* src, std::size_t cou
             storeBytesWide(out, b);
             out += _tzcnt_u64(zero); // 64 when there is none
             if (zero)
-                break;
+                return {at + _tzcnt_u64(zero), static_cast<std::size_t>(out - dst)};
             leadBefore = lead3Before = secondBefore = 0;
             continue;
         }
@@ -146,12 +147,12 @@ TV_AVX512 std::size_t avx512Utf8Decode(const unsigned char* src, std::size_t cou
                         _mm512_maskz_compress_epi8(begins, highPlane), written);
         out += written;
         if (zero)
-            break;
+            return {at + _tzcnt_u64(zero), static_cast<std::size_t>(out - dst)};
     }
-    return static_cast<std::size_t>(out - dst);
+    return {count, static_cast<std::size_t>(out - dst)};
 }
 
-TV_AVX512 std::size_t avx512Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
+TV_AVX512 KernelProgress avx512Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
 {
     char* out = dst;
     std::size_t at = 0;
@@ -178,9 +179,10 @@ TV_AVX512 std::size_t avx512Utf8Encode(const wchar_t* src, std::size_t count, ch
             out = encode16(out, v3);
         }
     }
+    std::size_t length = 0;
     if (at < count)
-        out = encodeLast(out, src + at, std::min<std::size_t>(count - at, 64));
-    return static_cast<std::size_t>(out - dst);
+        out = encodeLast(out, src + at, std::min<std::size_t>(count - at, 64), length);
+    return {at + length, static_cast<std::size_t>(out - dst)};
 }
 
 } // namespace TvDetail

@@ -179,8 +179,10 @@ void decodeText(code_page_id cp, const char* src, int len, Store& out)
         return ResultVector<wchar_t, Store>(out).clear();
     cp = withSystemCodePage(cp);
     const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
-    if (cp == CP_UTF8)
-        return utf8Decode(src, count, out);
+    if (cp == CP_UTF8) {
+        utf8Decode(src, count, out);
+        return;
+    }
     const auto* const bytes = reinterpret_cast<const unsigned char*>(src);
     cp = sameCodePage(cp);
     // Most texts are done by one run of a kernel, in room that the result has from the last text.

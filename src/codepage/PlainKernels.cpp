@@ -4,33 +4,23 @@
 
 namespace TvDetail {
 
-std::size_t utf8DecodePlain(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+namespace {
+
+KernelProgress utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
 {
     std::size_t at = 0;
     std::size_t written = 0;
     utf8DecodeUntil(count, src, count, at, dst, written);
-    return written;
+    return {at, written};
 }
 
-std::size_t utf8EncodePlain(const wchar_t* src, std::size_t count, char* dst) noexcept
+KernelProgress utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
 {
     std::size_t at = 0;
     std::size_t written = 0;
     utf8EncodeUntil(count, src, at, dst, written);
-    return written;
+    return {at, written};
 }
-
-std::size_t utf8EncodedSize(const wchar_t* src, std::size_t count) noexcept
-{
-    std::size_t size = 0;
-    for (std::size_t at = 0; at < count && src[at] != 0; ++at) {
-        const auto value = static_cast<unsigned>(src[at]);
-        size += value < 0x80 ? 1 : value < 0x800 ? 2 : value < 0x10000 ? 3 : 0;
-    }
-    return size;
-}
-
-namespace {
 
 KernelProgress decodeSingle(const unsigned char* src, std::size_t count, wchar_t* dst,
                             const CodepageTables& tables) noexcept
@@ -68,7 +58,27 @@ KernelProgress encodeDouble(const wchar_t* src, std::size_t count, char* dst,
 
 } // namespace
 
-const TextKernels g_plainKernels = {"plain",      utf8DecodePlain, utf8EncodePlain, decodeSingle,
-                                    decodeDouble, encodeSingle,    encodeDouble};
+std::size_t utf8DecodePlain(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+{
+    return utf8Decode(src, count, dst).written;
+}
+
+std::size_t utf8EncodePlain(const wchar_t* src, std::size_t count, char* dst) noexcept
+{
+    return utf8Encode(src, count, dst).written;
+}
+
+std::size_t utf8EncodedSize(const wchar_t* src, std::size_t count) noexcept
+{
+    std::size_t size = 0;
+    for (std::size_t at = 0; at < count && src[at] != 0; ++at) {
+        const auto value = static_cast<unsigned>(src[at]);
+        size += value < 0x80 ? 1 : value < 0x800 ? 2 : value < 0x10000 ? 3 : 0;
+    }
+    return size;
+}
+
+const TextKernels g_plainKernels = {"plain",      utf8Decode,   utf8Encode,  decodeSingle,
+                                    decodeDouble, encodeSingle, encodeDouble};
 
 } // namespace TvDetail

@@ -18,7 +18,7 @@ namespace TvDetail {
 
 template<class Runs>
 struct RunKernels {
-    static std::size_t utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+    static KernelProgress utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
     {
         std::size_t at = 0;
         std::size_t written = 0;
@@ -27,10 +27,10 @@ struct RunKernels {
             at += run;
             written += run;
         } while (utf8DecodeUntil(blockEnd(at, count), src, count, at, dst, written) && at < count);
-        return written;
+        return {at, written};
     }
 
-    static std::size_t utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
+    static KernelProgress utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
     {
         std::size_t at = 0;
         std::size_t written = 0;
@@ -39,7 +39,7 @@ struct RunKernels {
             at += run;
             written += run;
         } while (utf8EncodeUntil(blockEnd(at, count), src, at, dst, written) && at < count);
-        return written;
+        return {at, written};
     }
 
     static KernelProgress decodeSingle(const unsigned char* src, std::size_t count, wchar_t* dst,

@@ -53,9 +53,9 @@ struct LeadRanges {
 struct TextKernels {
     const char* name;
 
-    // As utf8DecodePlain and utf8EncodePlain of Utf8.h.
-    std::size_t (*utf8Decode)(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept;
-    std::size_t (*utf8Encode)(const wchar_t* src, std::size_t count, char* dst) noexcept;
+    // As utf8DecodePlain and utf8EncodePlain of Utf8.h; they stop at a 0 alone.
+    KernelProgress (*utf8Decode)(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept;
+    KernelProgress (*utf8Encode)(const wchar_t* src, std::size_t count, char* dst) noexcept;
 
     // Stops at a 0 and at a backslash; writes one element a byte.
     KernelProgress (*decodeSingle)(const unsigned char* src, std::size_t count, wchar_t* dst,

@@ -1,7 +1,7 @@
 // Every kernel set that this machine runs against the plain one, and the plain one against
 // a slow model.
-#include "codepage/KernelChoice.h"
 #include "codepage/TextKernels.h"
+#include "codepage/KernelChoice.h"
 
 #include "GuardPage.h"
 #include "TestScale.h"
@@ -125,9 +125,7 @@ protected:
         const TextKernels& fast = *GetParam();
         const TextKernels& plain = g_plainKernels;
         const auto utf8 = [](const TextKernels& k) {
-            return [&k](const unsigned char* s, std::size_t n, wchar_t* d) {
-                return KernelProgress{0, k.utf8Decode(s, n, d)};
-            };
+            return [&k](const unsigned char* s, std::size_t n, wchar_t* d) { return k.utf8Decode(s, n, d); };
         };
         same<wchar_t>(utf8(plain), utf8(fast), text, text.size(), kWideMark, m_bytes);
         for (const TestPage* page : {&japanese(), &chinese()}) {
@@ -152,9 +150,7 @@ protected:
         const TextKernels& fast = *GetParam();
         const TextKernels& plain = g_plainKernels;
         const auto utf8 = [](const TextKernels& k) {
-            return [&k](const wchar_t* s, std::size_t n, char* d) {
-                return KernelProgress{0, k.utf8Encode(s, n, d)};
-            };
+            return [&k](const wchar_t* s, std::size_t n, char* d) { return k.utf8Encode(s, n, d); };
         };
         same<char>(utf8(plain), utf8(fast), text, 3 * text.size(), static_cast<char>(kByteMark), m_wide);
         for (const TestPage* page : {&japanese(), &chinese()}) {
@@ -309,14 +305,14 @@ TEST_P(TextKernelsTest, Utf8AgreesWithTheModel)
         const ByteMaker byteKind = kByteKinds[random() % std::size(kByteKinds)];
         std::generate(bytes.begin(), bytes.end(), [&] { return byteKind(random); });
         std::vector<wchar_t> wide(bytes.size() + kKernelSlack);
-        wide.resize(kernels.utf8Decode(m_bytes.hold(bytes), bytes.size(), wide.data()));
+        wide.resize(kernels.utf8Decode(m_bytes.hold(bytes), bytes.size(), wide.data()).written);
         ASSERT_EQ(wide, Utf8Model::decode(bytes)) << describe(bytes);
 
         Wide text(random() % 300);
         const WideMaker wideKind = kWideKinds[random() % std::size(kWideKinds)];
         std::generate(text.begin(), text.end(), [&] { return wideKind(random); });
         std::vector<char> narrow(3 * text.size() + kKernelSlack);
-        narrow.resize(kernels.utf8Encode(m_wide.hold(text), text.size(), narrow.data()));
+        narrow.resize(kernels.utf8Encode(m_wide.hold(text), text.size(), narrow.data()).written);
         ASSERT_EQ(narrow, Utf8Model::encode(text)) << describe(text);
     }
 }

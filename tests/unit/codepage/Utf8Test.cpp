@@ -180,6 +180,34 @@ TEST(Utf8, NothingBehindTheElementAtTheEndIsRead)
     EXPECT_EQ(resultText(bytes), "ab\xE2\x82\xAC");
 }
 
+// A field padded with zeros, or a length that counts the terminator.
+TEST(Utf8, TheElementAtTheEndIsNotReadBehindAZero)
+{
+    GuardedArray<char> guardedBytes(300);
+    GuardedArray<wchar_t> guardedWide(300);
+    for (std::size_t length = 1; length <= 260; ++length) {
+        for (const std::size_t zero : {length - 1, length / 2, std::size_t(0)}) {
+            std::string text(length, 'a');
+            if (zero > 4)
+                text.replace(zero - 4, 3, "\xE2\x82\xAC");
+            text[zero] = 0;
+            TvVector<wchar_t> wide;
+            TvCharMapper::utf8ToUnicode(guardedBytes.hold(text.data(), length), static_cast<int>(length),
+                                        wide);
+            const std::wstring expected = decode(text.c_str());
+            ASSERT_EQ(resultText(wide), expected) << length;
+
+            std::wstring field = expected;
+            field.resize(length, L'a');
+            field[expected.size()] = 0;
+            TvVector<char> bytes;
+            TvCharMapper::unicodeToUtf8(guardedWide.hold(field.data(), length), static_cast<int>(length),
+                                        bytes);
+            ASSERT_EQ(resultText(bytes), text.c_str()) << length;
+        }
+    }
+}
+
 TEST(Utf8, AZeroEndsTheTextBeforeItsLength)
 {
     EXPECT_EQ(decode("ab\0cd"s), L"ab");
