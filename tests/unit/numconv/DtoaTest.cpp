@@ -59,9 +59,10 @@ const Case kShortest[] = {
     {"LargestDouble", 1.7976931348623157e308, 0, 0, "17976931348623157@309"},
     {"TieBetweenShortestGoesToEven", 5.684341886080802e-14, 0, 0, "5684341886080802@-13"},
     {"PowerOfTwoWithItsNarrowSide", 9007199254740992.0, 0, 0, "9007199254740992@16"},
-    {"UnknownModeIsShortest", 0.1, 10, 3, "1@0"},
-    {"NegativeModeIsShortest", 0.1, -1, 3, "1@0"},
-    {"DigitCountDoesNotMatter", 0.1, 0, -7, "1@0"},
+    {"UnknownModeIsShortest", 1.0 / 3, 10, 3, "3333333333333333@0"},
+    {"NegativeModeIsShortest", 1.0 / 3, -1, 3, "3333333333333333@0"},
+    {"DigitCountDoesNotMatter", 1.0 / 3, 0, 3, "3333333333333333@0"},
+    {"NegativeDigitCountDoesNotMatter", 1.0 / 3, 0, -7, "3333333333333333@0"},
 };
 
 const Case kSignificant[] = {
@@ -78,6 +79,7 @@ const Case kSignificant[] = {
     {"TieBehindNineIsCarried", 9.5, 2, 1, "1@2"},
     {"CarryThroughNines", 999.96, 2, 4, "1@4"},
     {"JustAboveATie", 2.5000000000000004, 2, 1, "3@1"},
+    {"NearestThatDoesNotReadBack", 0x1p-44, 2, 16, "5684341886080801@-13"},
 };
 
 const Case kPlaces[] = {
@@ -105,6 +107,8 @@ const Case kStoppingAtShortest[] = {
     {"RoundedWhenShortestIsLonger", 1.0 / 3, 5, 4, "3333@0"},
     {"SignificantRoundedWhenShortestIsLonger", 2.0 / 3, 4, 4, "6667@0"},
     {"ExactlyAsLongIsTheShortest", 9007199254740993.0, 4, 16, "9007199254740992@16"},
+    {"ExactlyAsLongIsNotTheNearest", 0x1p-44, 4, 16, "5684341886080802@-13"},
+    {"ExactlyAsManyPlacesIsNotTheNearest", 0x1p-44, 5, 29, "5684341886080802@-13"},
     {"LargeValueByPlaces", 1e23, 5, 2, "1@24"},
     {"LargeValueLeftOfThePoint", 123456.0, 5, -4, "12@6"},
     {"NothingLeft", 0.001, 5, 2, "@-2"},

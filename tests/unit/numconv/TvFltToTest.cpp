@@ -12,6 +12,7 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr int kLowest = std::numeric_limits<int>::min();
 
 std::string narrowed(wchar_t* owned)
 {
@@ -67,6 +68,7 @@ const FCase kF[] = {
     {"SixPlacesJustBelow2To33", 8589934591.999999, 6, "8589934591.999999"},
     {"SixPlacesJustAbove2To33", 8589934592.0000019, 6, "8589934592.000002"},
     {"NegativePrecisionIsZero", 2.75, -3, "3"},
+    {"LowestPrecisionIsZero", 2.75, kLowest, "3"},
     {"Infinity", kInfinity, 2, "Infinity"},
     {"NegativeInfinity", -kInfinity, 2, "-Infinity"},
     {"NaN", kNaN, 2, "NaN"},
@@ -103,6 +105,7 @@ const ECase kE[] = {
     {"MoreDigitsThanThereAre", 0.5, 4, 'e', "5.0000e-001"},
     {"Carry", 9.996, 2, 'e', "1.00e+001"},
     {"NegativePrecisionIsZero", 7.0, -1, 'e', "7.e+000"},
+    {"LowestPrecisionIsZero", 7.0, kLowest, 'e', "7.e+000"},
     {"Infinity", -kInfinity, 2, 'e', "-Infinity"},
     {"NaN", kNaN, 0, 'e', "NaN"},
 };
@@ -163,6 +166,7 @@ const GCase kG[] = {
     {"PrecisionZeroWithStyle2", 1.0, 0, 2, "1.0e+000"},
     {"PrecisionZeroWithStyle2AndSign", -1.0, 0, 2, "-1.0e+000"},
     {"NegativePrecisionIsZero", 1.0, -5, 0, "1e+000"},
+    {"LowestPrecisionIsZero", 1.0, kLowest, 0, "1e+000"},
     {"Infinity", kInfinity, 6, 0, "Infinity"},
     {"NegativeInfinity", -kInfinity, 6, 2, "-Infinity"},
     {"NaN", kNaN, 6, 1, "NaN"},
