@@ -94,7 +94,8 @@ struct PendingCodes {
     {
         const __m512i low = _mm512_mask_mov_epi8(c.bytes, c.lead, next);
         const __m512i top = _mm512_maskz_mov_epi8(c.lead, c.bytes);
-        const __m512i lows = _mm512_maskz_compress_epi8(c.begins, low);
+        // Blanks behind the last one of a block that has fewer than 64.
+        const __m512i lows = _mm512_mask_compress_epi8(_mm512_set1_epi8(' '), c.begins, low);
         const __m512i tops = _mm512_maskz_compress_epi8(c.begins, top);
         _mm512_storeu_si512(codes + count, joinShort(lows, tops, 0));
         _mm512_storeu_si512(codes + count + 32, joinShort(lows, tops, 1));
@@ -106,8 +107,8 @@ struct PendingCodes {
     {
         const std::size_t all = count;
         count = 0;
-        // Something to look up behind the last one; nobody looks at what it gives.
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(codes + all), _mm_setzero_si128());
+        // In eights: behind the last one stand blanks or what an earlier text left. The table has an
+        // entry for every number, and nobody looks at what those give.
         for (std::size_t i = 0; i < all; i += 8) {
 #pragma GCC unroll 8
             for (std::size_t j = i; j < i + 8; ++j)
