@@ -28,7 +28,8 @@ struct FormatParameters {
 ///
 /// Returns the number of characters written without the terminator; -1 when a field did
 /// not fit or `out`, `*out` or `format` is null; 0 when a run of literal text did not fit.
-/// The text is terminated in every case, unless `capacity` is 0 or less.
+/// The text is terminated in every case, unless `capacity` is 0 or less; it is so behind every
+/// piece, so that `%s` may take the text that `*out` held or what the call has written so far.
 ///
 /// A conversion is `%` [N$] [-][+] [0] [width] [.precision] [l|L|h] letter; width and
 /// precision are digits, `*` or `*N$`. What surprises those who know printf:

@@ -74,7 +74,7 @@ int FormatUtil::StringCopy(wchar_t** dst, int room, const wchar_t* src, unsigned
         return -1;
     const bool fits = count < static_cast<unsigned>(room) && (src || count == 0);
     if (fits && count) {
-        std::wmemcpy(*dst, src, count);
+        std::wmemmove(*dst, src, count);
         *dst += count;
     }
     **dst = 0;

@@ -20,17 +20,20 @@ namespace {
 constexpr unsigned kFieldRoom = 2048;
 
 // Where the text goes. `room` counts the terminating 0 and is 0 or less when nothing may be
-// written at all.
+// written at all. The text is terminated behind every piece and untouched before the first, so
+// that an argument may be what the buffer held or what has just been written into it.
 struct Output {
     wchar_t* at;
     int room;
 
     bool fits(std::size_t count) const { return room > 0 && count < static_cast<std::size_t>(room); }
 
+    // Steps behind `count` characters that fit.
     void advance(std::size_t count)
     {
         at += count;
         room -= static_cast<int>(count);
+        *at = 0;
     }
 
     bool put(const wchar_t* text, std::size_t count)
@@ -38,7 +41,7 @@ struct Output {
         if (!fits(count))
             return false;
         if (count)
-            std::wmemcpy(at, text, count);
+            std::wmemmove(at, text, count);
         advance(count);
         return true;
     }
@@ -104,15 +107,14 @@ private:
 int FormatRun::formatAll(const wchar_t* f)
 {
     for (;;) {
-        const Output before = m_out;
-        for (; *f && *f != L'%'; ++f) {
-            if (!m_out.fits(1)) {
-                m_out = before; // the run is left out as a whole
+        std::size_t run = 0;
+        for (; *f && *f != L'%'; ++f, ++run) {
+            if (!m_out.fits(run + 1)) // the run is left out as a whole
                 return kLiteralTooLong;
-            }
-            *m_out.at = *f;
-            m_out.advance(1);
+            m_out.at[run] = *f;
         }
+        if (run != 0)
+            m_out.advance(run);
         if (!*f)
             return kDone;
         ++f;
@@ -305,17 +307,17 @@ int OutputWithFormat(wchar_t** out, int capacity, const wchar_t* format, va_list
 {
     if (!out || !*out || !format)
         return -1;
-    if (capacity > 0)
-        **out = 0;
     FormatParameters* records = nullptr;
     unsigned count = 0;
     if (hasDollar(format) && FormatUtil::isDefineSelfParaIndex(nullptr, format)) {
         count = largestArgumentNumber(format);
-        if (count == 0)
+        if (count != 0)
+            records = static_cast<FormatParameters*>(_tvMalloc(count * sizeof(FormatParameters)));
+        if (!records) {
+            if (capacity > 0)
+                **out = 0;
             return -1;
-        records = static_cast<FormatParameters*>(_tvMalloc(count * sizeof(FormatParameters)));
-        if (!records)
-            return -1;
+        }
         FormatUtil::valist2FormatParameters(args, records, format, static_cast<int>(count));
     }
     FormatRun run(*out, capacity, FormatArguments(args, records != nullptr, records, count));

@@ -28,6 +28,14 @@ TEST(StringCopy, CopiesAndMovesTheCursor)
     EXPECT_STREQ(buffer, L"abc");
 }
 
+TEST(StringCopy, SourceMayLieInTheBuffer)
+{
+    wchar_t buffer[] = L"abcdef";
+    wchar_t* at = buffer + 1;
+    EXPECT_EQ(FormatUtil::StringCopy(&at, 6, buffer, 4), 0);
+    EXPECT_STREQ(buffer, L"aabcd");
+}
+
 TEST(StringCopy, WithoutRoomOnlyTerminates)
 {
     wchar_t buffer[4] = L"###";

@@ -125,6 +125,28 @@ TEST(Output, TextWithPrecisionIsNotReadBehindIt)
     EXPECT_STREQ(buffer, L"abc");
 }
 
+TEST(Output, TextIsContinuedInItsOwnBuffer)
+{
+    wchar_t buffer[200] = L"door"; // with room enough for a conversion without parsing
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 200, L"%s %d", buffer, 7), 6);
+    EXPECT_STREQ(buffer, L"door 7");
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 20, L"%1$s-%2$.1f", buffer, 1.5), 10);
+    EXPECT_STREQ(buffer, L"door 7-1.5");
+}
+
+TEST(Output, TextWrittenSoFarIsTerminated)
+{
+    wchar_t buffer[200];
+    std::wmemset(buffer, L'#', 200);
+    buffer[199] = 0;
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 20, L"ab%s", buffer), 4);
+    EXPECT_STREQ(buffer, L"abab");
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 20, L"%3d%s", 7, buffer), 6);
+    EXPECT_STREQ(buffer, L"  7  7");
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 200, L"%.1f%s", 1.5, buffer), 6);
+    EXPECT_STREQ(buffer, L"1.51.5");
+}
+
 TEST(Output, CharacterZeroIsWritten)
 {
     wchar_t buffer[10];
