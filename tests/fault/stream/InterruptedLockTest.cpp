@@ -1,4 +1,5 @@
-// Record locks of a file server whose answer is interrupted.
+// Record locks of a file server whose answer is interrupted, or whose lock another process
+// overtakes.
 #include "TvFileStreamBuf.h"
 
 #include "Child.h"
@@ -10,7 +11,9 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <functional>
 #include <string>
+#include <utility>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -19,6 +22,7 @@
 namespace {
 
 int g_interruptions = 0; // that are still to come
+std::function<void()> g_beforeNextLock;
 
 } // namespace
 
@@ -34,6 +38,8 @@ extern "C" int fcntl(int descriptor, int command, ...)
         errno = EINTR;
         return -1;
     }
+    if (command == F_SETLK && g_beforeNextLock)
+        std::exchange(g_beforeNextLock, nullptr)();
     return real(descriptor, command, argument);
 }
 
@@ -75,6 +81,31 @@ TEST_F(InterruptedLock, GoesAllTheSame)
     owner->close();
     EXPECT_EQ(inOtherProcess([&] { return openExclusively(name).status == Orna::eOk ? 0 : 1; }), 0);
     ::close(copy);
+}
+
+TEST(OvertakenLock, UndoesTheExclusiveOpen)
+{
+    const TestFiles files;
+    const std::wstring name = files.put("a", "text");
+    Child other([&](Child::Gate& gate) {
+        gate.reached();
+        const auto reader = openIn(name);
+        gate.reached();
+        return 0;
+    });
+    ASSERT_TRUE(other.waitUntilReached());
+    g_beforeNextLock = [&] {
+        other.resume();
+        EXPECT_TRUE(other.waitUntilReached());
+    };
+    const auto file = openExclusively(name);
+    EXPECT_FALSE(g_beforeNextLock);
+    EXPECT_EQ(file.status, Orna::eFileLocked);
+    EXPECT_FALSE(hasFile(*file));
+    EXPECT_TRUE(TvFileStreamBufImpl::m_cstrAlreadyOpenFiles.empty());
+    other.resume();
+    EXPECT_EQ(other.result(), 0);
+    EXPECT_EQ(openExclusively(name).status, Orna::eOk);
 }
 
 } // namespace

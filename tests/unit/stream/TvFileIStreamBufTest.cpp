@@ -267,6 +267,18 @@ TEST_F(TvFileIStreamBufTest, ReopenedStreamReadsTheNewFile)
     EXPECT_EQ(read(*file, 6), "second");
 }
 
+// Only the constructor maps.
+TEST_F(TvFileIStreamBufTest, ReopenedStreamMovesAsAFileThatIsNotMapped)
+{
+    const auto file = digits();
+    ASSERT_EQ(file->open(files.put("b", "second").c_str(), kRead, TvIO::kShareDenyNone, TvIO::kOpenExisting),
+              Orna::eOk);
+    EXPECT_EQ(get(*file, 2), "se");
+    EXPECT_EQ(file->tell(), 0u);
+    EXPECT_EQ(file->seek(1, TvIO::kSeekFromEnd), 0);
+    EXPECT_EQ(file->tell(), 7u);
+}
+
 // Opened for writing only, the descriptor cannot be mapped; nor can a device.
 TEST_F(TvFileIStreamBufTest, FileThatCannotBeMappedIsReadThroughTheCStream)
 {

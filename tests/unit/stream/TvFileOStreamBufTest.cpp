@@ -260,6 +260,18 @@ TEST_F(TvFileOStreamBufTest, SetBytesAtAPositionIsAPlaceInTheCache)
     EXPECT_EQ(files.get("out"), "abcdefgh");
 }
 
+TEST_F(TvFileOStreamBufTest, SetBytesAsLongAsTheWrittenCacheLieInIt)
+{
+    const auto file = fresh();
+    write(*file, "abcd");
+    file->flush(); // the cache keeps its four bytes
+    file->setBytes(bytesOf("WXYZ"), 4);
+    file->setBytes(0, bytesOf("WXYZ"), 4);
+    EXPECT_EQ(file->tell(), 4u);
+    file->close();
+    EXPECT_EQ(files.get("out"), "abcd");
+}
+
 TEST_F(TvFileOStreamBufTest, SetBytesAtAPositionOutsideTheCacheIsReported)
 {
     Recorder recorder;

@@ -32,8 +32,10 @@ TEST_F(TvFileStreamBufImplTest, OpenStreamKnowsItsNameAndShareMode)
 
 TEST_F(TvFileStreamBufImplTest, AnyShareModeIsStored)
 {
-    const auto file = openFile(files.put("a", ""), kBoth, static_cast<TvIO::ShareMode>(77));
-    EXPECT_EQ(file->shareMode(), 77u);
+    for (const std::uint32_t mode : {0u, 77u, 0xFFFFFFFFu}) {
+        const auto file = openFile(files.put("a", ""), kBoth, static_cast<TvIO::ShareMode>(mode));
+        EXPECT_EQ(file->shareMode(), mode);
+    }
 }
 
 TEST_F(TvFileStreamBufImplTest, WhatIsWrittenIsReadBack)
