@@ -8,6 +8,8 @@
 
 #include "TvHeap.h"
 
+#include <cerrno>
+
 namespace TvHeapInternals {
 
 using Heap = TvHeap<34, TvPoolConfigurator<34>, TvHeapConfigurator, TvHeapDbgDumper>;
@@ -94,6 +96,19 @@ inline void unlink(Node*& head, Node* node)
     if (node->next != nullptr)
         node->next->prev = node->prev;
 }
+
+// A request that is served and a free leave errno alone, whatever a system call on the way said:
+// a caller who asks errno about his own call may use the heap before he looks.
+class ErrnoKept {
+public:
+    ErrnoKept() : m_before(errno) {}
+    ~ErrnoKept() { errno = m_before; }
+    ErrnoKept(const ErrnoKept&) = delete;
+    ErrnoKept& operator=(const ErrnoKept&) = delete;
+
+private:
+    int m_before;
+};
 
 // Takes a page id and marks it in use; 0 when there is none. Ids beyond the reservation
 // are taken too: their commit fails, which is how the search comes down to the range.

@@ -52,6 +52,7 @@ bool commit(void* start, std::size_t length)
 {
     if (rangeOffset(start) >= Heap::kRangeSize)
         return false;
+    const ErrnoKept kept;
     if (!g_isWatched) {
         g_isWatched = true;
         watchForEnd(); // for a library that the program starts with: it is in use now
@@ -67,8 +68,9 @@ void releasePage(Heap& heap, void* page)
     heap.m_pageFlags[id] &= static_cast<unsigned char>(~Heap::kPageInUse);
     if (id > heap.m_searchHint)
         heap.m_searchHint = id;
+    const ErrnoKept kept;
     TvHeapConfigurator::tvMemoryDeCommit(page, Heap::kPageSize);
-    // A length of 0 unmaps nothing: the range stays reserved.
+    // A length of 0 unmaps nothing: the range stays reserved, and the call fails.
     TvHeapConfigurator::tvMemoryRelease(page, 0);
 }
 

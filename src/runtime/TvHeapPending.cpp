@@ -69,6 +69,7 @@ void withdrawFromAll(int least)
 // given back with its page.
 void withdrawMost()
 {
+    const ErrnoKept kept;
     for (int least = kLongRun; g_pendingCount > kMaxPendingBlocks / 2; least /= kLongRun)
         withdrawFromAll(least);
 }

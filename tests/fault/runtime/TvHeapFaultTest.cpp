@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -76,6 +77,31 @@ TEST_F(TvHeapFault, AFailedCommitOfANewPageKeepsItsIdAndServesFromMalloc)
     EXPECT_EQ(g_tvGlobalHeap.m_searchHint, hint - 1);
     std::memset(ptr, 1, 4096);
     EXPECT_EQ(TvHeapConfigurator::sGetPageId(take(4096)), hint - 1);
+}
+
+TEST_F(TvHeapFault, AServedRequestLeavesErrnoAlone)
+{
+    fillPage();
+    m_taken.reserve(300);
+    FailMapping fail(FailMapping::Protect, 1, 2 * kTries - 1);
+    errno = 4321;
+    take(4096); // from malloc
+    take(4096); // from a page, at the last try
+    EXPECT_EQ(errno, 4321);
+    EXPECT_EQ(fail.calls(), 2 * kTries);
+}
+
+TEST_F(TvHeapFault, WithdrawingAccessLeavesErrnoAlone)
+{
+    for (int i = 0; i < 600; ++i)
+        take(4096);
+    FailMapping fail(FailMapping::Protect, 1, LONG_MAX);
+    errno = 4321;
+    for (void* ptr : m_taken)
+        _tvFree(ptr);
+    m_taken.clear();
+    EXPECT_EQ(errno, 4321);
+    EXPECT_TRUE(fail.fired());
 }
 
 TEST_F(TvHeapFault, AFailedCommitOfAWholePageServesFromMalloc)

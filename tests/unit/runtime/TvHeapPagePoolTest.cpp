@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <vector>
 
 namespace {
@@ -123,6 +124,14 @@ TEST_F(TvHeapPagePool, AnEmptyPageIsReleased)
     EXPECT_FALSE(g_tvGlobalHeap.isResident(units[1]));
     EXPECT_EQ(page.pageId, -1);
     EXPECT_EQ(g_tvGlobalHeap.pagePools[128]->availPages, nullptr);
+}
+
+TEST_F(TvHeapPagePool, ReleasingAPageLeavesErrnoAlone)
+{
+    char* const unit = take(0x100000, 1)[0];
+    errno = 4321;
+    give(unit);
+    EXPECT_EQ(errno, 4321);
 }
 
 TEST_F(TvHeapPagePool, AUnitOfAWholePageComesAndGoesAsAWhole)
