@@ -126,6 +126,8 @@ TV_PLATFORM_API size_t _mbslen(const unsigned char* text);
 ///  - a null string prints "(null)";
 ///  - `I64`, `I32`, `I` before an integer letter: 64 bits, 32 bits, the size of size_t;
 ///  - `0` pads text too; `%p` prints 16 upper-case hexadecimal digits;
+///  - `%a` of a double without a precision has 13 places;
+///  - a signalling NaN prints "nan(snan)", the one of an operation without a result "-nan(ind)";
 ///  - no positions (`%1$d`), no grouping (`%'d`);
 ///  - a character after `%` that means nothing is printed itself.
 ///

@@ -5,13 +5,17 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 #include <sys/types.h>
 
 namespace {
+
+constexpr int kHexPlaces = 13; // digits of %a without a precision: all that a double has
 
 // One conversion, from behind its % to its letter.
 struct Conversion {
@@ -58,7 +62,7 @@ public:
     }
     void copy(const wchar_t* text, size_t length)
     {
-        if (length > INT_MAX || !claim(static_cast<std::int64_t>(length)))
+        if (!claim(static_cast<std::int64_t>(length)))
             return;
         if (m_buffer)
             m_buffer = std::wmemcpy(m_buffer, text, length) + length;
@@ -372,9 +376,25 @@ void putCharacters(Output& out, const char* text, size_t length)
     }
 }
 
+// What is printed behind "nan": a NaN that would trap, and the one that the processor makes of an
+// operation without a result, have names of their own. `number` has passed no arithmetic.
+const char* nanSuffix(double number, bool upper)
+{
+    std::uint64_t bits;
+    std::memcpy(&bits, &number, sizeof bits);
+    constexpr std::uint64_t kQuiet = 0x0008000000000000;
+    constexpr std::uint64_t kIndefinite = 0xFFF8000000000000;
+    if ((bits & kQuiet) == 0)
+        return upper ? "(SNAN)" : "(snan)";
+    if (bits == kIndefinite)
+        return upper ? "(IND)" : "(ind)";
+    return "";
+}
+
 void formatFloat(Output& out, const Conversion& conversion, Arguments& arguments)
 {
     const bool isLong = conversion.size == Size::kLongDouble;
+    const bool isUpper = conversion.letter < L'a';
     char spec[10];
     char* end = spec;
     *end++ = '%';
@@ -392,9 +412,23 @@ void formatFloat(Output& out, const Conversion& conversion, Arguments& arguments
     *end = '\0';
 
     FloatText number;
+    const char* suffix = "";
+    bool done;
     errno = ENOMEM;
-    if (isLong ? !number.format(spec, conversion.precision, va_arg(arguments.list, long double))
-               : !number.format(spec, conversion.precision, va_arg(arguments.list, double)))
+    if (isLong) {
+        const long double value = va_arg(arguments.list, long double);
+        done = number.format(spec, conversion.precision, value);
+        if (std::isnan(value))
+            suffix = nanSuffix(static_cast<double>(value), isUpper);
+    } else {
+        const double value = va_arg(arguments.list, double);
+        const bool isHexLetter = conversion.letter == L'a' || conversion.letter == L'A';
+        const int precision = isHexLetter && conversion.precision < 0 ? kHexPlaces : conversion.precision;
+        done = number.format(spec, precision, value);
+        if (std::isnan(value))
+            suffix = nanSuffix(value, isUpper);
+    }
+    if (!done)
         return out.fail(errno);
 
     const char* text = number.text();
@@ -406,8 +440,13 @@ void formatFloat(Output& out, const Conversion& conversion, Arguments& arguments
     const char* body = text + prefixLength;
     const bool isFinite = isHex || (*body >= '0' && *body <= '9');
     length -= prefixLength;
-    putField(out, conversion, text, prefixLength, countCharacters(body, length), conversion.zero && isFinite,
-             [&] { putCharacters(out, body, length); });
+    const size_t suffixLength = std::strlen(suffix);
+    putField(out, conversion, text, prefixLength,
+             countCharacters(body, length) + static_cast<std::int64_t>(suffixLength),
+             conversion.zero && isFinite, [&] {
+                 putCharacters(out, body, length);
+                 out.copyAscii(suffix, suffixLength);
+             });
 }
 
 void formatPointer(Output& out, const Conversion& conversion, Arguments& arguments)

@@ -1,5 +1,6 @@
 #include "TvPlatformBase.h"
 
+#include "CaseName.h"
 #include "ScopedLocale.h"
 #include "TempDir.h"
 
@@ -8,10 +9,14 @@
 #include <cerrno>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <cwchar>
 #include <limits>
 #include <memory>
 #include <string>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace {
 
@@ -188,7 +193,12 @@ TEST(WideFormatFloat, Letters)
 }
 TEST(WideFormatFloat, Hexadecimal)
 {
-    EXPECT_EQ(text(L"%a %A %08.0a", 1.5, -1.5, 1.0), L"0x1.8p+0 -0X1.8P+0 0x001p+0");
+    EXPECT_EQ(text(L"%.1a %.2A %08.0a", 1.5, -1.5, 1.0), L"0x1.8p+0 -0X1.80P+0 0x001p+0");
+}
+TEST(WideFormatFloat, HexadecimalWithoutPrecisionHasThirteenPlaces)
+{
+    EXPECT_EQ(text(L"%a %A %.*a", 1.5, -0.1, -1, 0.0),
+              L"0x1.8000000000000p+0 -0X1.999999999999AP-4 0x0.0000000000000p+0");
 }
 TEST(WideFormatFloat, Flags)
 {
@@ -200,6 +210,42 @@ TEST(WideFormatFloat, InfinityAndNanAreNotPaddedWithZeros)
     const double infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(text(L"%05f|%06F|%-5g|", infinity, -infinity, infinity), L"  inf|  -INF|inf  |");
     EXPECT_EQ(text(L"%05f", std::numeric_limits<double>::quiet_NaN()), L"  nan");
+}
+
+struct NanCase {
+    const char* name;
+    const wchar_t* format;
+    std::uint64_t bits;
+    const wchar_t* printed;
+};
+
+struct NanWords : testing::TestWithParam<NanCase> {};
+
+TEST_P(NanWords, TellWhatKindItIs)
+{
+    double nan;
+    std::memcpy(&nan, &GetParam().bits, sizeof nan);
+    EXPECT_EQ(text(GetParam().format, nan), GetParam().printed);
+}
+
+const NanCase kNans[] = {
+    {"Quiet", L"%f", 0x7FF8000000000000, L"nan"},
+    {"QuietWithPayload", L"%e", 0x7FF8000000000001, L"nan"},
+    {"NegativeWithPayload", L"%g", 0xFFF8000000000001, L"-nan"},
+    {"Indefinite", L"%f", 0xFFF8000000000000, L"-nan(ind)"},
+    {"IndefiniteInCapitals", L"%G", 0xFFF8000000000000, L"-NAN(IND)"},
+    {"IndefiniteFillsItsField", L"<%012a>", 0xFFF8000000000000, L"<   -nan(ind)>"},
+    {"IndefiniteToTheLeft", L"<%-12.2f>", 0xFFF8000000000000, L"<-nan(ind)   >"},
+    {"Signalling", L"%f", 0x7FF0000000000001, L"nan(snan)"},
+    {"NegativeSignalling", L"%E", 0xFFF4000000000000, L"-NAN(SNAN)"},
+    {"SignallingWithPlus", L"%+f", 0x7FF0000000000001, L"+nan(snan)"},
+};
+INSTANTIATE_TEST_SUITE_P(WideFormatFloat, NanWords, testing::ValuesIn(kNans), nameOfCase<NanCase>);
+
+TEST(WideFormatFloat, NanOfALongDouble)
+{
+    const long double nan = std::numeric_limits<long double>::quiet_NaN();
+    EXPECT_EQ(text(L"%Lf %Lf", nan, -nan), L"nan -nan(ind)");
 }
 TEST(WideFormatFloat, MoreDigitsThanAnyStackBuffer)
 {
@@ -285,6 +331,55 @@ TEST(WideFormat, ALengthUpToTheLargestIntIsCounted)
     EXPECT_EQ(count(L"x%2147483647d", 1), -1);
     EXPECT_EQ(errno, EOVERFLOW);
     EXPECT_EQ(count(L"%*d", INT_MIN, 1), -1);
+}
+
+// INT_MAX + 1 characters, all of which are the same 2 MiB of memory.
+class LongestText {
+public:
+    LongestText()
+    {
+        void* const range = mmap(nullptr, kBytes + kPiece, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (range == MAP_FAILED)
+            return;
+        m_start = static_cast<char*>(range);
+        const std::wstring piece(kPiece / sizeof(wchar_t), L'x');
+        m_file = memfd_create("text", 0);
+        m_ok = m_file >= 0 && write(m_file, piece.data(), kPiece) == static_cast<ssize_t>(kPiece);
+        for (std::size_t at = 0; m_ok && at < kBytes; at += kPiece)
+            m_ok = mmap(m_start + at, kPiece, PROT_READ, MAP_SHARED | MAP_FIXED, m_file, 0) != MAP_FAILED;
+    }
+    ~LongestText()
+    {
+        if (m_start != nullptr)
+            munmap(m_start, kBytes + kPiece);
+        if (m_file >= 0)
+            close(m_file);
+    }
+    LongestText(const LongestText&) = delete;
+    LongestText& operator=(const LongestText&) = delete;
+
+    bool ok() const { return m_ok; }
+    const wchar_t* text() const { return reinterpret_cast<const wchar_t*>(m_start); }
+
+private:
+    static constexpr std::size_t kPiece = 0x200000;
+    static constexpr std::size_t kBytes = (static_cast<std::size_t>(INT_MAX) + 1) * sizeof(wchar_t);
+
+    char* m_start = nullptr;
+    int m_file = -1;
+    bool m_ok = false;
+};
+
+TEST(WideFormat, ATextLongerThanAnyIntIsRefused)
+{
+    const LongestText longest;
+    if (!longest.ok())
+        GTEST_SKIP() << "no 8 GiB of address space";
+    wchar_t buffer[4] = L"old";
+    errno = 0;
+    EXPECT_EQ(swprintf(buffer, L"%s", longest.text()), -1);
+    EXPECT_EQ(errno, EOVERFLOW);
+    EXPECT_STREQ(buffer, L"");
 }
 
 TEST(WideFormat, NullsAreInvalid)
