@@ -256,6 +256,17 @@ TEST(FixedMantissa, PutsThePoint)
     EXPECT_STREQ(buffer, L"0.0012");
     EXPECT_EQ(FormatUtil::formatScienceDouble(buffer, 1.25L, 126, -9, 4), 6);
     EXPECT_STREQ(buffer, L"0.0000");
+    EXPECT_EQ(FormatUtil::formatScienceDouble(buffer, 1.25L, 126, 0, 0), 1);
+    EXPECT_STREQ(buffer, L"0");
+}
+
+TEST(FixedMantissa, HasSixteenDigits)
+{
+    wchar_t buffer[126];
+    EXPECT_EQ(FormatUtil::formatScienceDouble(buffer, 1.25L, 126, 10, 10), 17);
+    EXPECT_STREQ(buffer, L"1250000000.000000");
+    EXPECT_EQ(FormatUtil::formatScienceDouble(buffer, 1.25L, 126, -2, 30), 20);
+    EXPECT_STREQ(buffer, L"0.001250000000000000");
 }
 
 TEST(FixedMantissa, CapacityIsNotConsulted)
@@ -310,6 +321,8 @@ const StripCase kStrips[] = {
     {"InchMark", 8, L"5'-6.00\"", L"5'-6\""},
     {"DegreeEscape", 8, L"12.500\\U+00B0", L"12.5\\U+00B0"},
     {"DegreeEscapeShortest", 8, L"0.0\\U+00B0", L"0\\U+00B0"},
+    {"DegreeEscapeInNineIsNoSuffix", 8, L"45\\U+00B0", L"45\\U+00B"},
+    {"OnePointOnly", 8, L"1..00", L"1."},
     {"LetterAlone", 8, L"g", L"g"},
     {"OnlyZeros", 8, L"000", L""},
     {"Empty", 12, L"", L""},

@@ -380,6 +380,21 @@ TEST(Scan, CountStoresAnIntWhateverTheSize)
     EXPECT_EQ(taken[1], kUntouched);
 }
 
+TEST(Scan, WithoutAWidthAConversionTakes65535Characters)
+{
+    const std::wstring text(65536, L'0');
+    int first = 1;
+    int second = 1;
+    int taken = 0;
+    EXPECT_EQ(scanText((text + L"7").c_str(), L"%d%n%d", &first, &taken, &second), 2);
+    EXPECT_EQ(taken, 65535);
+    EXPECT_EQ(second, 7);
+    EXPECT_EQ(scanText(text.c_str(), L"%*s%n", &taken), 0);
+    EXPECT_EQ(taken, 65535);
+    EXPECT_EQ(scanText(text.c_str(), L"%*f%n", &taken), 0);
+    EXPECT_EQ(taken, 65535);
+}
+
 TEST(Scan, CountAfterTwoCharacters)
 {
     wchar_t c[2] = {0, 0};

@@ -166,6 +166,7 @@ const ScanCase kScans[] = {
     {"StarInText", L"2*3$", true, 1},
     {"HugeNumber", L"%99999999999$d", true, 1},
     {"NumberZero", L"%0$d", true, 0},
+    {"DollarWithoutDigits", L"%$d", false, 0},
 };
 INSTANTIATE_TEST_SUITE_P(Formats, NumberScan, testing::ValuesIn(kScans), nameOfCase<ScanCase>);
 

@@ -67,7 +67,6 @@ const BufferCase kCases[] = {
     {"EndsInLength", L"ab%l", 9, 2, L"ab"},
     {"ModeMissingLetterIsText", L"%qz", 9, 1, L"z"},
     {"ModeMissingIsPadded", L"%3q|", 9, 4, L"   |"},
-    {"FieldOf2049", L"%.2047d", 299, -1, L""},
     {"HugeWidth", L"%4294967295d", 20, -1, L""},
     {"WidthBeyond32Bits", L"%99999999999999999999d", 20, -1, L""},
     {"HugePrecisionOnInteger", L"%.4294967295d", 20, -1, L""},
@@ -115,6 +114,14 @@ TEST(Output, TextLongerThanTheFieldBufferIsPrintedInPlace)
     std::vector<wchar_t> buffer(3001);
     EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer.data(), 3001, L"%s", text.c_str()), 3000);
     EXPECT_EQ(text, buffer.data());
+}
+
+TEST(Output, IntegerLongerThanTheFieldBufferFails)
+{
+    wchar_t buffer[2100];
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 2100, L"%.2046d", 1), 2048);
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(buffer, 2100, L"%.2047d", 1), -1);
+    EXPECT_STREQ(buffer, L"");
 }
 
 TEST(Output, TextWithPrecisionIsNotReadBehindIt)

@@ -117,6 +117,7 @@ const ConversionCase kFlagsAndSizes[] = {
     {"TextPrecisionLonger", L"%.9s", L"abc", of(L"abc")},
     {"TextPrecisionZero", L"[%.s]", L"[]", of(L"abc")},
     {"UnknownPadded", L"%3%|", L"  %|", of()},
+    {"SignLetterPaddedLikeText", L"%03-|%03+|", L"00-|00+|", of()},
     {"StarWidth", L"%*d", L"   42", of(5, 42)},
     {"StarWidthZero", L"%*d", L"42", of(0, 42)},
     {"StarPrecision", L"%.*f", L"1.50", of(2, 1.5)},
@@ -200,6 +201,7 @@ const ConversionCase kReals[] = {
     {"InfinityPaddedLikeText", L"%012.1f", L"000-Infinity", of(-kInf)},
     {"InfinityHasNoPlus", L"%+f", L"Infinity", of(kInf)},
     {"NaNInUnits", L"%q0|%q2", L"NaN|NaN", of(kNan, kNan)},
+    {"InfinityInUnitsPaddedLikeText", L"%012q0", L"000-Infinity", of(-kInf)},
     {"InfinityInUnits", L"%q0|%5q3|%q1", L"-Infinity|-Infinity|Infinity", of(-kInf, -kInf, kInf)},
 };
 INSTANTIATE_TEST_SUITE_P(Reals, OutputConversion, testing::ValuesIn(kReals), nameOfCase<ConversionCase>);

@@ -101,4 +101,25 @@ TEST(HalfUnitTable, EachEntryIsATenthOfTheOneBefore)
     }
 }
 
+TEST(RoundQuad, BehindTheTableAddsHalfOfItsLastEntry)
+{
+    TvQuad v = 1;
+    EXPECT_EQ(roundQuad(v, 0, kHalfUnitCount - 1), 0);
+    EXPECT_TRUE(v == 1 + kHalfUnits.at[kHalfUnitCount - 1] / 2);
+}
+
+TEST(RoundQuad, LastEntryIsAddedWhole)
+{
+    TvQuad v = 1;
+    EXPECT_EQ(roundQuad(v, kHalfUnitCount - 2, 0), 0);
+    EXPECT_TRUE(v == 1 + kHalfUnits.at[kHalfUnitCount - 1]);
+}
+
+TEST(RoundQuad, BehindTheTableNothingIsAddedWithoutAPositiveExponent)
+{
+    TvQuad v = 1;
+    EXPECT_EQ(roundQuad(v, kHalfUnitCount - 1, 0), 0);
+    EXPECT_TRUE(v == 1);
+}
+
 } // namespace
