@@ -25,8 +25,8 @@ class CReadUserDefBigfontIni;
 ///    same value;
 ///  - ids 0 and `CP_CNT` mean the system code page, `GetACP()` at the time of the call; ids
 ///    above `CP_CNT` and negative ones convert by the identity table, byte n to U+00nn;
-///  - input ends at its first 0 or after `len` elements, whichever comes first; all `len` of them
-///    must be there, also behind a 0, because they are read in blocks;
+///  - input ends at its first 0 or after `len` elements, whichever comes first; `len` may pass
+///    the 0, behind which nothing has to be readable;
 ///  - results replace what the vector held, and their length counts a terminating 0.
 ///
 /// **Errors**: nothing is thrown. A result for which no memory can be had, and the result

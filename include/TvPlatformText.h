@@ -21,8 +21,8 @@ extern "C" {
 ///  - `cp` 0 is not the system code page: bytes 0x80 to 0xFF become U+0080 to U+00FF. Number 3
 ///    and every number without a code page here mean the system code page; 65001 is UTF-8;
 ///  - with `srcLen` -1 the source ends at its 0, and the result counts and has a terminator;
-///    else the text is `srcLen` bytes or those before the first 0 (all must be there, also behind
-///    a 0), and no terminator is written;
+///    else the text is `srcLen` bytes or those before the first 0 (nothing has to be there behind
+///    that), and no terminator is written;
 ///  - where the result does not fit, `dst` holds an empty text.
 ///
 /// 0 for a null `src`, for a `srcLen` of 0 or below -1, a negative `dstLen`, a null `dst` with a

@@ -13,27 +13,36 @@ namespace {
 struct Avx2Runs {
     static constexpr std::size_t kBlock = 32;
 
-    template<bool kStop>
-    TV_AVX2 static std::size_t widen(const unsigned char* src, std::size_t count, wchar_t* dst)
+    template<bool kStop, class Blocks>
+    TV_AVX2 static std::size_t widen(Blocks& blocks, const unsigned char* src, std::size_t first,
+                                     wchar_t* dst)
     {
-        std::size_t at = 0;
-        for (; at + kBlock <= count && isRun<kStop>(load32(src + at)); at += kBlock)
-            widen32(dst + at, src + at);
-        return at;
+        std::size_t at = first;
+        while (blocks.has(at, kBlock)) {
+            for (; at + kBlock <= blocks.known(); at += kBlock) {
+                if (!isRun<kStop>(load32(src + at)))
+                    return at - first;
+                widen32(dst + at - first, src + at);
+            }
+        }
+        return at - first;
     }
 
-    template<bool kStop>
-    TV_AVX2 static std::size_t narrow(const wchar_t* src, std::size_t count, char* dst)
+    template<bool kStop, class Blocks>
+    TV_AVX2 static std::size_t narrow(Blocks& blocks, const wchar_t* src, std::size_t first, char* dst)
     {
-        std::size_t at = 0;
-        for (; at + kBlock <= count; at += kBlock) {
-            const wchar_t* from = src + at;
-            const __m256i bytes = packBytes(load8(from), load8(from + 8), load8(from + 16), load8(from + 24));
-            if (!isRun<kStop>(bytes))
-                break;
-            store32(dst + at, bytes);
+        std::size_t at = first;
+        while (blocks.has(at, kBlock)) {
+            for (; at + kBlock <= blocks.known(); at += kBlock) {
+                const wchar_t* from = src + at;
+                const __m256i bytes =
+                    packBytes(load8(from), load8(from + 8), load8(from + 16), load8(from + 24));
+                if (!isRun<kStop>(bytes))
+                    return at - first;
+                store32(dst + at - first, bytes);
+            }
         }
-        return at;
+        return at - first;
     }
 
 private:

@@ -4,6 +4,7 @@
 #if defined(__x86_64__)
 
 #include "codepage/Avx2Blocks.h"
+#include "codepage/TextEnd.h"
 #include "codepage/TextSteps.h"
 
 namespace TvDetail {
@@ -162,16 +163,21 @@ TV_AVX2 KernelProgress avx2Utf8Decode(const unsigned char* src, std::size_t coun
     wchar_t* out = dst;
     std::size_t at = 0;
     Carry carry;
-    for (; at + 34 <= count; at += 32) {
-        const __m256i b = load32(src + at);
-        if (maskOf(isZero(b)) != 0)
-            break; // the text ends in here
-        if (maskOf(b) == 0) {
-            widen32(out, src + at);
-            out += 32;
-            carry = {};
-        } else {
-            out = decode32(out, src + at, carry);
+    TextBlocks blocks(src, count);
+    bool ended = false;
+    while (!ended && blocks.has(at, 34)) {
+        for (; at + 34 <= blocks.known(); at += 32) {
+            const __m256i b = load32(src + at);
+            ended = maskOf(isZero(b)) != 0; // the text ends in here
+            if (ended)
+                break;
+            if (maskOf(b) == 0) {
+                widen32(out, src + at);
+                out += 32;
+                carry = {};
+            } else {
+                out = decode32(out, src + at, carry);
+            }
         }
     }
     at += carry.belonging(src + at, count - at);
@@ -184,32 +190,35 @@ TV_AVX2 KernelProgress avx2Utf8Encode(const wchar_t* src, std::size_t count, cha
 {
     std::size_t at = 0;
     std::size_t written = 0;
-    while (at + 32 <= count) {
-        const __m256i v0 = load8(src + at);
-        const __m256i v1 = load8(src + at + 8);
-        const __m256i v2 = load8(src + at + 16);
-        const __m256i v3 = load8(src + at + 24);
-        const __m256i all = _mm256_or_si256(_mm256_or_si256(v0, v1), _mm256_or_si256(v2, v3));
-        const __m256i least = _mm256_min_epu32(_mm256_min_epu32(v0, v1), _mm256_min_epu32(v2, v3));
-        const __m256i zero = _mm256_cmpeq_epi32(least, _mm256_setzero_si256());
-        const __m256i large = _mm256_set1_epi32(static_cast<int>(0xFFFF0000));
-        if (!_mm256_testz_si256(zero, zero) || !_mm256_testz_si256(all, large)) {
-            if (!utf8EncodeUntil(at + 32, src, at, dst, written))
-                return {at, written};
-            continue;
+    TextBlocks blocks(src, count);
+    while (blocks.has(at, 32)) {
+        while (at + 32 <= blocks.known()) {
+            const __m256i v0 = load8(src + at);
+            const __m256i v1 = load8(src + at + 8);
+            const __m256i v2 = load8(src + at + 16);
+            const __m256i v3 = load8(src + at + 24);
+            const __m256i all = _mm256_or_si256(_mm256_or_si256(v0, v1), _mm256_or_si256(v2, v3));
+            const __m256i least = _mm256_min_epu32(_mm256_min_epu32(v0, v1), _mm256_min_epu32(v2, v3));
+            const __m256i zero = _mm256_cmpeq_epi32(least, _mm256_setzero_si256());
+            const __m256i large = _mm256_set1_epi32(static_cast<int>(0xFFFF0000));
+            if (!_mm256_testz_si256(zero, zero) || !_mm256_testz_si256(all, large)) {
+                if (!utf8EncodeUntil(at + 32, src, at, dst, written))
+                    return {at, written};
+                continue;
+            }
+            char* out = dst + written;
+            if (_mm256_testz_si256(all, _mm256_set1_epi32(~0x7F))) {
+                store32(out, packBytes(v0, v1, v2, v3));
+                out += 32;
+            } else {
+                out = encode8(out, v0);
+                out = encode8(out, v1);
+                out = encode8(out, v2);
+                out = encode8(out, v3);
+            }
+            written = static_cast<std::size_t>(out - dst);
+            at += 32;
         }
-        char* out = dst + written;
-        if (_mm256_testz_si256(all, _mm256_set1_epi32(~0x7F))) {
-            store32(out, packBytes(v0, v1, v2, v3));
-            out += 32;
-        } else {
-            out = encode8(out, v0);
-            out = encode8(out, v1);
-            out = encode8(out, v2);
-            out = encode8(out, v3);
-        }
-        written = static_cast<std::size_t>(out - dst);
-        at += 32;
     }
     utf8EncodeUntil(count, src, at, dst, written);
     return {at, written};

@@ -64,10 +64,17 @@ TV_AVX512_STEP __m512i loadFewWide(const wchar_t* src, std::size_t count, int of
     return _mm512_maskz_loadu_epi32(static_cast<__mmask16>(fewBits(count) >> offset), src + offset);
 }
 
-// As loadWide, from `offset` on.
-TV_AVX512_STEP __m512i loadWideAt(const wchar_t* src, std::size_t count, std::size_t offset)
+// The first `count` elements of up to 64, with zeros behind; touches none further on.
+struct WideBlock {
+    __m512i v[4];
+};
+TV_AVX512_STEP WideBlock loadBlock(const wchar_t* src, std::size_t count)
 {
-    return count > offset ? loadWide(src + offset, count - offset) : _mm512_setzero_si512();
+    if (count >= 64) [[likely]]
+        return {{_mm512_loadu_si512(src), _mm512_loadu_si512(src + 16), _mm512_loadu_si512(src + 32),
+                 _mm512_loadu_si512(src + 48)}};
+    return {{loadFewWide(src, count, 0), loadFewWide(src, count, 16), loadFewWide(src, count, 32),
+             loadFewWide(src, count, 48)}};
 }
 
 // Widens 64 bytes to 64 elements.

@@ -4,6 +4,7 @@
 #if defined(__x86_64__)
 
 #include "codepage/Avx512Blocks.h"
+#include "codepage/TextEnd.h"
 #include "codepage/TextSteps.h"
 
 #include <algorithm>
@@ -134,8 +135,9 @@ KernelProgress decodeSlowly(const unsigned char* src, std::size_t count, wchar_t
 // Blocks are cut without regard to pairs: `trailBefore` tells that the first byte belongs to
 // the block before, and the byte behind the last one is loaded with the others. When a
 // character turns out to have none, all since what is settled is done again slowly.
-TV_AVX512 KernelProgress decodeBlocks(const unsigned char* src, std::size_t count, wchar_t* dst,
-                                      const CodepageTables& tables, const LeadRanges& leads)
+[[gnu::noinline]] TV_AVX512 KernelProgress decodeBlocks(const unsigned char* src, std::size_t count,
+                                                        wchar_t* dst, const CodepageTables& tables,
+                                                        const LeadRanges& leads)
 {
     PendingCodes pending;
     std::size_t most = kBlock; // to wait; little at first, for texts that stop often
@@ -145,7 +147,7 @@ TV_AVX512 KernelProgress decodeBlocks(const unsigned char* src, std::size_t coun
     std::uint64_t stops = 0;
     std::size_t at = 0;
     for (; at < count && !stops; at += kBlock) {
-        const std::size_t left = count - at;
+        const std::size_t left = loadable(src + at, count - at, kBlock + 1);
         Characters c;
         c.bytes = loadBytes(src + at, left);
         const std::uint64_t high = _mm512_movepi8_mask(c.bytes);
@@ -267,7 +269,7 @@ TV_AVX512 KernelProgress decodeBlock(const unsigned char* src, std::size_t count
 TV_AVX512 KernelProgress avx512DecodeDouble(const unsigned char* src, std::size_t count, wchar_t* dst,
                                             const CodepageTables& tables, const LeadRanges& leads) noexcept
 {
-    if (count > kBlock)
+    if (count > kBlock || !lieInOnePage(src, count))
         return decodeBlocks(src, count, dst, tables, leads);
     const __m512i b = loadFewBytes(src, count);
     if (_mm512_movepi8_mask(b) != 0)

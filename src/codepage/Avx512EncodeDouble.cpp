@@ -5,6 +5,7 @@
 #if defined(__x86_64__)
 
 #include "codepage/Avx512Blocks.h"
+#include "codepage/TextEnd.h"
 #include "codepage/TextSteps.h"
 
 #include <algorithm>
@@ -102,7 +103,7 @@ constexpr std::size_t kManyUnits = 256;
                                                       const CodepageTables& tables)
 {
     alignas(64) std::uint16_t codes[kManyUnits];
-    count = std::min(count, kManyUnits);
+    count = std::min(loadable(src, count, kManyUnits), kManyUnits);
     __m512i units = _mm512_setzero_si512();
     for (std::size_t at = 0; at < count; at += 16)
         units = _mm512_or_si512(units, loadWide(src + at, count - at));
@@ -183,15 +184,15 @@ TV_AVX512_STEP KernelProgress encodeEights(const wchar_t* src, std::size_t count
 }
 
 // A text of several blocks.
-TV_AVX512 KernelProgress encodeBlocks(const wchar_t* src, std::size_t count, char* dst,
-                                      const CodepageTables& tables)
+[[gnu::noinline]] TV_AVX512 KernelProgress encodeBlocks(const wchar_t* src, std::size_t count, char* dst,
+                                                        const CodepageTables& tables)
 {
     char* out = dst;
     std::size_t at = 0;
     while (at < count) {
-        const std::size_t left = count - at;
-        const Block block = blockOf(loadWideAt(src + at, left, 0), loadWideAt(src + at, left, 16),
-                                    loadWideAt(src + at, left, 32), loadWideAt(src + at, left, 48));
+        const std::size_t left = loadable(src + at, count - at, kBlock);
+        const WideBlock loaded = loadBlock(src + at, left);
+        const Block block = blockOf(loaded.v[0], loaded.v[1], loaded.v[2], loaded.v[3]);
         const std::uint64_t stops = stopPlaces(block);
         const std::uint64_t foreign = block.foreign & bitsBelow(stops);
         if (_mm_popcnt_u64(foreign) <= kFew &&
@@ -231,7 +232,7 @@ TV_AVX512 KernelProgress encodeBlock(const wchar_t* src, std::size_t count, char
 TV_AVX512 KernelProgress avx512EncodeDouble(const wchar_t* src, std::size_t count, char* dst,
                                             const CodepageTables& tables) noexcept
 {
-    if (count > kBlock)
+    if (count > kBlock || !lieInOnePage(src, count))
         return encodeBlocks(src, count, dst, tables);
     const __m512i v0 = loadFewWide(src, count, 0);
     const __m512i v1 = loadFewWide(src, count, 16);

@@ -8,6 +8,7 @@
 #if defined(__x86_64__)
 
 #include "codepage/Avx512Blocks.h"
+#include "codepage/TextEnd.h"
 
 namespace TvDetail {
 
@@ -39,12 +40,12 @@ TV_AVX512_STEP void decodeBlock(wchar_t* dst, __m512i b, std::uint64_t high, con
     storePlanesWide(dst, low, _mm512_maskz_permutex2var_epi8(high, tables.high0, b, tables.high1));
 }
 
-TV_AVX512 KernelProgress decodeBlocks(const unsigned char* src, std::size_t count, wchar_t* dst,
-                                      const CodepageTables& tables)
+[[gnu::noinline]] TV_AVX512 KernelProgress decodeBlocks(const unsigned char* src, std::size_t count,
+                                                        wchar_t* dst, const CodepageTables& tables)
 {
     const ByteTables byteTables = loadByteTables(tables);
     for (std::size_t at = 0; at < count; at += kBlock) {
-        const __m512i b = loadBytes(src + at, count - at);
+        const __m512i b = loadBytes(src + at, loadable(src + at, count - at, kBlock));
         const std::uint64_t high = _mm512_movepi8_mask(b);
         const std::uint64_t stops = stopPlaces(b);
         if (high)
@@ -73,9 +74,7 @@ TV_AVX512_STEP WindowTables loadWindowTables(const CodepageTables& tables)
              _mm512_set1_epi32(static_cast<int>(tables.windowBase[1]))}};
 }
 
-struct Block {
-    __m512i v[4];
-};
+using Block = WideBlock;
 
 // Which elements are one of the 128 from `base` on.
 TV_AVX512_STEP std::uint64_t inWindow(const Block& block, __m512i base)
@@ -121,13 +120,12 @@ TV_AVX512_STEP std::uint64_t encodeBlock(char* dst, const Block& block, const wc
     return stops;
 }
 
-TV_AVX512 KernelProgress encodeBlocks(const wchar_t* src, std::size_t count, char* dst,
-                                      const CodepageTables& tables)
+[[gnu::noinline]] TV_AVX512 KernelProgress encodeBlocks(const wchar_t* src, std::size_t count, char* dst,
+                                                        const CodepageTables& tables)
 {
     const WindowTables windows = loadWindowTables(tables);
     for (std::size_t at = 0; at < count; at += kBlock) {
-        const Block block = {{loadWideAt(src + at, count - at, 0), loadWideAt(src + at, count - at, 16),
-                              loadWideAt(src + at, count - at, 32), loadWideAt(src + at, count - at, 48)}};
+        const Block block = loadBlock(src + at, loadable(src + at, count - at, kBlock));
         std::uint64_t stops;
         if (isAscii(block)) {
             const __m512i bytes = packLowBytes(block.v[0], block.v[1], block.v[2], block.v[3]);
@@ -159,7 +157,7 @@ TV_AVX512 KernelProgress encodeForeign(const wchar_t* src, std::size_t count, ch
 TV_AVX512 KernelProgress avx512DecodeSingle(const unsigned char* src, std::size_t count, wchar_t* dst,
                                             const CodepageTables& tables) noexcept
 {
-    if (count > kBlock)
+    if (count > kBlock || !lieInOnePage(src, count))
         return decodeBlocks(src, count, dst, tables);
     const __m512i b = loadFewBytes(src, count);
     const std::uint64_t high = _mm512_movepi8_mask(b);
@@ -174,7 +172,7 @@ TV_AVX512 KernelProgress avx512DecodeSingle(const unsigned char* src, std::size_
 TV_AVX512 KernelProgress avx512EncodeSingle(const wchar_t* src, std::size_t count, char* dst,
                                             const CodepageTables& tables) noexcept
 {
-    if (count > kBlock)
+    if (count > kBlock || !lieInOnePage(src, count))
         return encodeBlocks(src, count, dst, tables);
     const Block block = {{loadFewWide(src, count, 0), loadFewWide(src, count, 16),
                           loadFewWide(src, count, 32), loadFewWide(src, count, 48)}};

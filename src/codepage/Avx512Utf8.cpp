@@ -4,6 +4,7 @@
 #if defined(__x86_64__)
 
 #include "codepage/Avx512Blocks.h"
+#include "codepage/TextEnd.h"
 
 #include <algorithm>
 
@@ -91,14 +92,14 @@ TV_AVX512_STEP char* encodeLast(char* out, const wchar_t* src, std::size_t count
     return out;
 }
 
-} // namespace
-
 // Whether a byte begins a character is a local matter: it does unless it is a continuation
 // byte right behind a byte from 0xC0 on, or second behind one from 0xE0 on. So the text is
 // cut into blocks without regard to characters, every byte of a block is judged at once, and
 // its character is put together beside it in two byte planes, which are then compressed to
 // the places where characters begin.
-TV_AVX512 KernelProgress avx512Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+// Texts that lie in one page need no look at where pages end.
+template<bool kInOnePage>
+TV_AVX512_STEP KernelProgress decodeText(const unsigned char* src, std::size_t count, wchar_t* dst)
 {
     wchar_t* out = dst;
     // Of the block before, in the lowest bit: its last byte is a lead byte, one from 0xE0 on,
@@ -107,7 +108,7 @@ TV_AVX512 KernelProgress avx512Utf8Decode(const unsigned char* src, std::size_t 
     std::uint64_t lead3Before = 0;
     std::uint64_t secondBefore = 0;
     for (std::size_t at = 0; at < count; at += 64) {
-        const std::size_t left = count - at;
+        const std::size_t left = kInOnePage ? count - at : loadable(src + at, count - at, 66);
         const __m512i b = loadBytes(src + at, left);
         const std::uint64_t high = _mm512_movepi8_mask(b);
         const std::uint64_t zero = _mm512_testn_epi8_mask(b, b);
@@ -152,11 +153,12 @@ TV_AVX512 KernelProgress avx512Utf8Decode(const unsigned char* src, std::size_t 
     return {count, static_cast<std::size_t>(out - dst)};
 }
 
-TV_AVX512 KernelProgress avx512Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
+template<bool kInOnePage>
+TV_AVX512_STEP KernelProgress encodeText(const wchar_t* src, std::size_t count, char* dst)
 {
     char* out = dst;
     std::size_t at = 0;
-    for (; at + 64 <= count; at += 64) {
+    for (; at + 64 <= count && (kInOnePage || loadable(src + at, 64, 64) == 64); at += 64) {
         const __m512i v0 = _mm512_loadu_si512(src + at);
         const __m512i v1 = _mm512_loadu_si512(src + at + 16);
         const __m512i v2 = _mm512_loadu_si512(src + at + 32);
@@ -180,9 +182,34 @@ TV_AVX512 KernelProgress avx512Utf8Encode(const wchar_t* src, std::size_t count,
         }
     }
     std::size_t length = 0;
-    if (at < count)
-        out = encodeLast(out, src + at, std::min<std::size_t>(count - at, 64), length);
+    if (at < count) {
+        const std::size_t left = std::min<std::size_t>(count - at, 64);
+        out = encodeLast(out, src + at, kInOnePage ? left : loadable(src + at, left, 64), length);
+    }
     return {at + length, static_cast<std::size_t>(out - dst)};
+}
+
+[[gnu::noinline]] TV_AVX512 KernelProgress decodeOverPages(const unsigned char* src, std::size_t count,
+                                                           wchar_t* dst)
+{
+    return decodeText<false>(src, count, dst);
+}
+
+[[gnu::noinline]] TV_AVX512 KernelProgress encodeOverPages(const wchar_t* src, std::size_t count, char* dst)
+{
+    return encodeText<false>(src, count, dst);
+}
+
+} // namespace
+
+TV_AVX512 KernelProgress avx512Utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+{
+    return lieInOnePage(src, count) ? decodeText<true>(src, count, dst) : decodeOverPages(src, count, dst);
+}
+
+TV_AVX512 KernelProgress avx512Utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
+{
+    return lieInOnePage(src, count) ? encodeText<true>(src, count, dst) : encodeOverPages(src, count, dst);
 }
 
 } // namespace TvDetail

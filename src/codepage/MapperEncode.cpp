@@ -10,6 +10,7 @@
 #include "codepage/Utf8Text.h"
 
 #include <algorithm>
+#include <cwchar>
 
 namespace TvDetail {
 
@@ -89,7 +90,8 @@ private:
     bool keepEscape()
     {
         wchar_t text[kMifLength + 1] = {};
-        std::copy_n(m_src + m_at, std::min(kMifLength, m_count - m_at), text);
+        const std::size_t most = std::min(kMifLength, m_count - m_at);
+        std::copy_n(m_src + m_at, wcsnlen(m_src + m_at, most), text);
         const char kind = isCIForMIF(text);
         if (kind == 0)
             return false;

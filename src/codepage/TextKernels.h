@@ -3,7 +3,8 @@
 // Every set gives the same results; the plain one is the reference and the others are held
 // to it by tests. The code page kernels convert the easy beginning of a text and stop in
 // front of the first thing that needs a decision (an escape, a character the tables lack);
-// the caller settles that and calls again.
+// the caller settles that and calls again. `count` may reach past the 0 that ends a text, and
+// past readable memory: a kernel loads nothing that might not be there (TextEnd.h).
 #ifndef TV_TEXT_KERNELS_H
 #define TV_TEXT_KERNELS_H
 

@@ -7,17 +7,18 @@
 #ifndef TV_TEXT_STEPS_H
 #define TV_TEXT_STEPS_H
 
+#include "codepage/TextEnd.h"
 #include "codepage/TextKernels.h"
 
 namespace TvDetail {
 
-// How many elements stand before the first that is not ASCII; it looks at no more than 256,
-// because who asks may stop at each backslash and ask again.
+// How many elements stand before the first that is not ASCII, where a 0 may or may not count; it
+// looks at no more than 256, because who asks may stop at each backslash and ask again.
 template<class T>
 std::size_t asciiLength(const T* src, std::size_t count)
 {
     constexpr std::size_t kStep = 8; // judged together, without a branch for each
-    count = count < 256 ? count : 256;
+    count = std::min<std::size_t>(loadable(src, count, 256), 256);
     std::size_t at = 0;
     for (; at + kStep <= count; at += kStep) {
         unsigned all = 0;

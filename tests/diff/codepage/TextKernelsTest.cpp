@@ -18,7 +18,7 @@ using namespace TvDetail;
 
 namespace {
 
-constexpr std::size_t kMostText = 4096;
+constexpr std::size_t kMostText = 8192;
 constexpr unsigned char kByteMark = 0xA5;
 constexpr wchar_t kWideMark = 0x5A5A5A5A;
 
@@ -100,8 +100,8 @@ protected:
               GuardedArray<In>& guard)
     {
         const In* src = guard.hold(text);
-        const auto expected = run<Out>(plain, src, text.size(), most, mark);
-        const auto actual = run<Out>(fast, src, text.size(), most, mark);
+        const auto expected = run<Out>(plain, src, text.size() + m_lengthBehind, most, mark);
+        const auto actual = run<Out>(fast, src, text.size() + m_lengthBehind, most, mark);
         ASSERT_EQ(actual.first.read, expected.first.read) << describe(text);
         ASSERT_EQ(actual.first.written, expected.first.written) << describe(text);
         ASSERT_EQ(actual.second, expected.second) << describe(text);
@@ -172,6 +172,7 @@ protected:
 
     GuardedArray<unsigned char> m_bytes{kMostText};
     GuardedArray<wchar_t> m_wide{kMostText};
+    std::size_t m_lengthBehind = 0; // how far the length that kernels are given passes the text's end
 };
 
 // What random text is made of; each kind leads kernels down another path.
@@ -292,6 +293,50 @@ TEST_P(TextKernelsTest, RandomMixesOfKinds)
                 wide.push_back(kind(random));
         }
         ASSERT_NO_FATAL_FAILURE(checkBytes(bytes));
+        ASSERT_NO_FATAL_FAILURE(checkWide(wide));
+    }
+}
+
+// The 0 is the last readable element.
+TEST_P(TextKernelsTest, ALengthBehindTheZeroReadsNothingBehindIt)
+{
+    std::mt19937 random(13);
+    for (std::size_t length = 0; length <= 600; length += length < 150 ? 1 : 7) {
+        for (std::size_t behind : {1u, 2u, 40u, 70u, 5000u}) {
+            m_lengthBehind = behind;
+            const ByteMaker byteKind = kByteKinds[random() % std::size(kByteKinds)];
+            Bytes bytes(length);
+            std::generate(bytes.begin(), bytes.end(), [&] { return byteKind(random); });
+            bytes.push_back(0);
+            ASSERT_NO_FATAL_FAILURE(checkBytes(bytes));
+            const WideMaker wideKind = kWideKinds[random() % std::size(kWideKinds)];
+            Wide wide(length);
+            std::generate(wide.begin(), wide.end(), [&] { return wideKind(random); });
+            wide.push_back(0);
+            ASSERT_NO_FATAL_FAILURE(checkWide(wide));
+        }
+    }
+}
+
+// The 0 stands before, at and behind the end of a page that is followed by a readable one.
+TEST_P(TextKernelsTest, TextsGoOnOverTheEndOfAPage)
+{
+    std::mt19937 random(17);
+    for (std::size_t room = 4096 - 80; room <= 4096 + 80; ++room) {
+        m_lengthBehind = room % 3 * 50;
+        Bytes bytes(room, 'a');
+        std::generate(bytes.begin() + 20, bytes.end(), [&] { return kByteKinds[room % 7](random); });
+        bytes[79] = 0;
+        ASSERT_NO_FATAL_FAILURE(checkBytes(bytes));
+        bytes[79] = 'b';
+        bytes.back() = 0;
+        ASSERT_NO_FATAL_FAILURE(checkBytes(bytes));
+        Wide wide(room / 4, L'a');
+        std::generate(wide.begin() + 5, wide.end(), [&] { return kWideKinds[room % 7](random); });
+        wide[19] = 0;
+        ASSERT_NO_FATAL_FAILURE(checkWide(wide));
+        wide[19] = L'b';
+        wide.back() = 0;
         ASSERT_NO_FATAL_FAILURE(checkWide(wide));
     }
 }

@@ -123,6 +123,50 @@ TEST_F(HostileArguments, EscapesAreReadToTheTerminatorAtMost)
     }
 }
 
+template<class T>
+std::vector<T> contentOf(const TvVector<T>& v)
+{
+    return {v.begin(), v.begin() + v.length()};
+}
+
+// The text, whose 0 is the last element that can be read, with its own length and with a greater one.
+TEST_F(HostileArguments, ALengthBehindTheTerminatorChangesNothing)
+{
+    GuardedArray<char> narrow(400);
+    GuardedArray<wchar_t> wide(400);
+    TvVector<wchar_t> decoded, decodedLonger;
+    TvVector<char> encoded, encodedLonger;
+    for (long round = scaled(10000); round > 0; --round) {
+        // Without an index texts go another way, and so do tables that are not there.
+        if (round % 500 == 0)
+            TvCharMapper::initialize(below(2) != 0 ? shippedMapFile() : L"");
+        const std::string bytes = std::string(below(4) == 0 ? below(100) : 0, 'a') + anyBytes(200);
+        const int length = std::max(1, static_cast<int>(bytes.size()));
+        const int longer = length + static_cast<int>(below(2) != 0 ? below(100) : below(100000));
+        const code_page_id page = anyPage();
+        SCOPED_TRACE(testing::PrintToString(bytes) + " in " + std::to_string(page));
+
+        const char* const src = narrow.hold(bytes.c_str(), bytes.size() + 1);
+        TvCharMapper::multiByteToWideChar(page, src, length, decoded);
+        TvCharMapper::multiByteToWideChar(page, src, longer, decodedLonger);
+        ASSERT_EQ(contentOf(decoded), contentOf(decodedLonger));
+        TvCharMapper::utf8ToUnicode(src, length, decoded);
+        TvCharMapper::utf8ToUnicode(src, longer, decodedLonger);
+        ASSERT_EQ(contentOf(decoded), contentOf(decodedLonger));
+
+        std::wstring text(bytes.begin(), bytes.end());
+        for (wchar_t& wc : text)
+            wc = wc > 0 ? wc : static_cast<wchar_t>(0x80 + below(0xFF80));
+        const wchar_t* const wideSrc = wide.hold(text.c_str(), text.size() + 1);
+        TvCharMapper::wideCharToMultiByte(page, wideSrc, length, encoded);
+        TvCharMapper::wideCharToMultiByte(page, wideSrc, longer, encodedLonger);
+        ASSERT_EQ(contentOf(encoded), contentOf(encodedLonger));
+        TvCharMapper::unicodeToUtf8(wideSrc, length, encoded);
+        TvCharMapper::unicodeToUtf8(wideSrc, longer, encodedLonger);
+        ASSERT_EQ(contentOf(encoded), contentOf(encodedLonger));
+    }
+}
+
 TEST_F(HostileArguments, TablesAnswerWithinTheirRanges)
 {
     OrCodePage::InitUserDefinedDBCSArray();
