@@ -231,6 +231,7 @@ std::int64_t signedArgument(Arguments& arguments, Size size)
     case Size::kLongLong:
     case Size::kLongDouble:
         return va_arg(arguments.list, long long);
+    // NOLINTNEXTLINE(bugprone-branch-clone): each type by its own name, though here they are one
     case Size::kMax:
         return va_arg(arguments.list, std::intmax_t);
     case Size::kSize:

@@ -254,6 +254,7 @@ TV_AVX512 KernelProgress decodeBlock(const unsigned char* src, std::size_t count
         const std::uint64_t pairs = _pext_u64(c.lead, c.begins);
         found = decodeMany(dst, c.bytes, pairs, std::min<std::size_t>(written, 32), tables.decode);
         if (written > 32) {
+            // NOLINTNEXTLINE(bugprone-misplaced-widening-cast): at most 64
             const auto at = static_cast<std::size_t>(32 + _mm_popcnt_u32(static_cast<unsigned>(pairs)));
             found = found & decodeMany(dst + 32, loadFewBytes(src + at, count - at), pairs >> 32,
                                        written - 32, tables.decode);

@@ -83,7 +83,7 @@ void fillWindows(CodepageTables& tables)
     unsigned best[2] = {1, 2};
     int most[2] = {0, 0};
     for (unsigned stretch = 1; stretch < kUnits / 128; ++stretch) {
-        const unsigned char* codes = tables.encodeByte + stretch * 128;
+        const unsigned char* codes = tables.encodeByte + std::size_t{stretch} * 128;
         const auto count = static_cast<int>(128 - std::count(codes, codes + 128, 0));
         if (count > most[0]) {
             best[1] = best[0];

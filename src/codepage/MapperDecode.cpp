@@ -45,6 +45,7 @@ public:
                 advance(runKernel(*m_page.index, m_src + m_at, m_count - m_at, m_out.end()));
             else
                 runAscii();
+            // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): a kernel reads at most `count`, 0 of null
             if (m_at == m_count || m_src[m_at] == 0)
                 break;
             if (!step())
@@ -191,6 +192,7 @@ void decodeText(code_page_id cp, const char* src, int len, Store& out)
     if (!index || !index->kernelsDecode || !to) [[unlikely]]
         return decodeInSteps(cp, bytes, count, out, {0, 0});
     const KernelProgress done = runKernel(*index, bytes, count, to);
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): a kernel reads at most `count`, 0 of null
     if (done.read != count && bytes[done.read] != 0) [[unlikely]]
         return decodeInSteps(cp, bytes, count, out, done);
     to[done.written] = 0;

@@ -162,6 +162,7 @@ void encodeText(code_page_id cp, const wchar_t* src, int len, Store& out)
     if (!index || !to) [[unlikely]]
         return encodeInSteps(cp, src, count, out, {0, 0});
     const KernelProgress done = runKernel(*index, src, count, to);
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): a kernel reads at most `count`, 0 of null
     if (done.read != count && src[done.read] != 0) [[unlikely]]
         return encodeInSteps(cp, src, count, out, done);
     to[done.written] = 0;

@@ -50,6 +50,7 @@ public:
 
     T* end() { return m_data + m_used; }
     void advance(std::size_t count) { m_used += count; }
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): makeRoom() comes first, of at least one
     void put(T value) { m_data[m_used++] = value; }
 
     // Ends the text with a 0, for which there must be room.

@@ -179,6 +179,7 @@ char isCIForMIF(const wchar_t* p)
     return 0;
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type, which takes none
 #define TV_INSTANTIATE_CONVERTER(C)                                                                          \
     template TV_OSBASE_API bool TvCharConverter::isDigit<C>(C);                                              \
     template TV_OSBASE_API bool TvCharConverter::isHexDigit<C>(C);                                           \
@@ -191,6 +192,7 @@ char isCIForMIF(const wchar_t* p)
     template TV_OSBASE_API int TvCharConverter::getCIFString<C>(unsigned short, C*, int);                    \
     template TV_OSBASE_API int TvCharConverter::getMIFString<C>(wchar_t, code_page_id, C*, int);             \
     template TV_OSBASE_API code_page_id TvCharConverter::getMIFCodepage<C>(C);
+// NOLINTEND(bugprone-macro-parentheses)
 
 TV_INSTANTIATE_CONVERTER(char)
 TV_INSTANTIATE_CONVERTER(unsigned char)

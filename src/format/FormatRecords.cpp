@@ -32,6 +32,7 @@ void setType(FormatParameters* params, unsigned count, unsigned number, int type
 void fetch(FormatParameters& record, va_list* args)
 {
     switch (record.type) {
+    // NOLINTNEXTLINE(bugprone-branch-clone): what is taken from the list differs, its type
     case kSignedArgument:
     case kUnsignedArgument:
     case kCharacterArgument:

@@ -36,7 +36,7 @@ Bigint* TvGdImpl::d2b(double value, int* e, int* bits)
     b->x[1] = static_cast<unsigned>(parts.mantissa >> 32);
     b->wds = b->x[1] ? 2 : 1;
     *e = parts.exponent + zeros;
-    *bits = std::bit_width(parts.mantissa);
+    *bits = static_cast<int>(std::bit_width(parts.mantissa));
     return b;
 }
 

@@ -42,8 +42,8 @@ inline bool doubleByProduct(std::uint64_t leading, std::int64_t power, bool cut,
                                                         std::uint64_t& bits)
 {
     // 64 bits are below 10^20: results stay between 10^-285 and 10^305.
-    constexpr int largest = 285;
-    if (static_cast<std::uint64_t>(power + largest) > 2 * largest) [[unlikely]]
+    constexpr std::uint64_t largest = 285;
+    if (static_cast<std::uint64_t>(power) + largest > 2 * largest) [[unlikely]]
         return false;
     const int ten = static_cast<int>(power);
     const int zeros = std::countl_zero(leading);

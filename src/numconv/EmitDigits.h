@@ -31,7 +31,7 @@ constexpr std::uint64_t g_tens[20] = {1u,
 /// Decimal digits of `n`, 1 for 0.
 inline int decimalWidth(std::uint64_t n)
 {
-    const int guess = (std::bit_width(n | 1) * 1233) >> 12;
+    const auto guess = static_cast<int>((std::bit_width(n | 1) * 1233) >> 12);
     return guess + (n >= g_tens[guess] ? 1 : 0) + (n == 0 ? 1 : 0);
 }
 

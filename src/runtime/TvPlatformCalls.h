@@ -9,6 +9,7 @@
 
 #include "TvPlatformBase.h"
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name to declare, which takes none
 #define TV_CALL_BY_SECOND_NAME(name) decltype(name) name __asm__("tvPlatform_" #name)
 
 extern "C" {

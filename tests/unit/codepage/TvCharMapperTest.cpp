@@ -408,12 +408,26 @@ TEST_F(WithMap, Utf8TextEndsAtItsLength)
 
 TEST_F(WithMap, NullIsEmptyText)
 {
-    TvVector<wchar_t> wide;
-    TvCharMapper::multiByteToWideChar(CP_ANSI_936, nullptr, 5, wide);
-    EXPECT_EQ(resultText(wide), L"");
-    TvVector<char> bytes;
-    TvCharMapper::wideCharToMultiByte(CP_ANSI_936, nullptr, 5, bytes);
-    EXPECT_EQ(resultText(bytes), "");
+    const SystemCodePage system(1252);
+    for (int id = -1; id <= CP_CNT + 1; ++id) {
+        SCOPED_TRACE(id);
+        const auto cp = static_cast<code_page_id>(id);
+        TvVector<wchar_t> wide;
+        TvVector<char> bytes;
+        for (const char* room : {"none", "from the last text"}) {
+            SCOPED_TRACE(room);
+            for (int length : {0, 1, 5, 1000, INT_MAX}) {
+                TvCharMapper::multiByteToWideChar(cp, nullptr, length, wide);
+                EXPECT_EQ(resultText(wide), L"");
+                TvCharMapper::wideCharToMultiByte(cp, nullptr, length, bytes);
+                EXPECT_EQ(bytes.length(), cp == CP_UTF8 ? 0 : 1); // in UTF-8 without a terminator
+            }
+            const std::string text(100, 'x');
+            const std::wstring wideText(100, L'\x4E00');
+            TvCharMapper::multiByteToWideChar(cp, text.data(), 100, wide);
+            TvCharMapper::wideCharToMultiByte(cp, wideText.data(), 100, bytes);
+        }
+    }
 }
 
 TEST_F(WithMap, ANegativeLengthLeavesTheResultEmpty)
