@@ -46,6 +46,7 @@ void addJsonOption(CLI::App& command, Shared& shared)
     command.add_flag("--json", shared.json, "As JSON, for programs");
 }
 
+// NOLINTNEXTLINE(bugprone-exception-escape): only for want of memory before and behind the command
 int main(int argc, char** argv)
 {
     // A file-size limit is a failed write like that of a full disk, not the end of the program.

@@ -21,7 +21,7 @@ constexpr code_page_id kTablePages[] = {CP_ANSI_932, CP_ANSI_936, CP_ANSI_949, C
 
 std::string requireMapFile(const Shared& shared)
 {
-    const std::string file = findMapFile(shared);
+    std::string file = findMapFile(shared);
     if (file.empty())
         throw CommandError("no code page map file was found; name one with --map");
     return file;

@@ -11,7 +11,7 @@
 namespace {
 
 // More than any map file can need: 38 tables of 65535 pairs and a long title.
-constexpr std::size_t kMaxSize = 16 * 1024 * 1024;
+constexpr std::size_t kMaxSize = std::size_t{16} * 1024 * 1024;
 
 std::string readAll(const std::string& name)
 {

@@ -38,7 +38,7 @@ std::string findMapFile(const Shared& shared)
     if (const char* variable = std::getenv("TVBASE_MAP"); variable && *variable)
         return named(variable, "TVBASE_MAP");
     for (const char* relative : {TVBASE_INSTALLED_MAP, TVBASE_BUILD_MAP})
-        if (const std::string file = seenFromThisProgram(relative);
+        if (std::string file = seenFromThisProgram(relative);
             !file.empty() && access(file.c_str(), R_OK) == 0)
             return file;
     return {};

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t kBlockSize = 64 * 1024;
+constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
 
 // Places of one file that are described; more are only counted.
 constexpr std::uint64_t kMaxTold = 10;

@@ -81,7 +81,7 @@ UnfinishedFile::UnfinishedFile(const std::string& target) : m_target(target), m_
         failed(errno);
     // Who writes opens the name; a descriptor less is in use then.
     close(descriptor);
-    std::strcpy(s_name, m_name.c_str());
+    std::memcpy(s_name, m_name.c_str(), m_name.size() + 1);
     watchSignals();
 }
 
