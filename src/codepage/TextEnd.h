@@ -54,7 +54,7 @@ template<class T>
 [[gnu::noinline]] std::size_t loadableUpTo(const T* src, std::size_t count)
 {
     const std::size_t searched = kLoadsPages ? leftInPage(src) : count;
-    if (kLoadsPages && searched >= count)
+    if (kLoadsPages ? searched >= count : count == 0) // of a null text there are none to search
         return count;
     const std::size_t length = lengthWithin(src, searched);
     return length < searched ? length : count;
