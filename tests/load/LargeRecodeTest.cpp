@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -138,12 +139,16 @@ TEST_P(LargeRecode, ComesBackByteForByteInConstantMemory)
     int status = 0;
     waitpid(source.pid, &status, 0);
     EXPECT_EQ(status, 0);
+    // A process that was forked counts what its parent had, until then, as its own; under valgrind
+    // that is much.
+    struct rusage own = {};
+    getrusage(RUSAGE_SELF, &own);
     for (const Stage& stage : {decode, encode}) {
         struct rusage usage = {};
         wait4(stage.pid, &status, 0, &usage);
         EXPECT_EQ(status, 0);
         if (!kIsSanitized) {
-            EXPECT_LE(usage.ru_maxrss, kMostResident);
+            EXPECT_LE(usage.ru_maxrss, std::max(kMostResident, own.ru_maxrss));
         }
         std::printf("%s: %lld MiB, at most %ld KiB resident\n", page.c_str(),
                     static_cast<long long>(pieces) * static_cast<long long>(piece.size()) >> 20,

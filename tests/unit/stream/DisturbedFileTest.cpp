@@ -78,6 +78,7 @@ public:
     {
         const itimerval never = {};
         setitimer(ITIMER_REAL, &never, nullptr);
+        std::signal(SIGALRM, SIG_IGN); // one may be on its way still
         sigaction(SIGALRM, &m_before, nullptr);
     }
     Signals(const Signals&) = delete;
