@@ -115,8 +115,8 @@ extern template class TV_OSBASE_API TvVector<EkLeaderBytes>;
 
 /// The tables of one code page between its bytes and UTF-16 code units.
 ///
-/// Bytes below 0x80 stand for themselves and are in no table. `m_pairs` has the order of the
-/// code page map file, ascending by `code`; it stays empty until verifyLoaded() has read it.
+/// Bytes below 0x80 stand for themselves and are in no table. `m_pairs` ascends by
+/// `code`; it stays empty until verifyLoaded() has read it from the code page map file.
 ///
 /// **Errors**: verifyLoaded() answers with a status; nothing is thrown but std::bad_alloc
 /// by the constructor, which copies the description.
@@ -138,8 +138,8 @@ public:
     ///
     /// eOk when the mapper is loaded. eInvalidInput, and the mapper is as before, without a
     /// stream, without a table in the file, when the table does not lie wholly inside the
-    /// file, when a read fails or memory runs out. A table whose codes do not ascend is taken
-    /// as it is, and some of its characters are then not found. The stream's cursor moves.
+    /// file or its codes do not ascend, when a read fails or memory runs out. The stream's
+    /// cursor moves.
     Orna::ErrorStatus verifyLoaded(TvStreamBuf* stream);
 
     unsigned int m_tableOffset;               ///< bytes in the map file, less 256; 0 = no table there

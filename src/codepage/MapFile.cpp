@@ -68,6 +68,10 @@ bool readTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnico
 
     const unsigned short* const codes = numbers.get();
     const unsigned short* const units = codes + count;
+    for (std::size_t i = 1; i < count; ++i) {
+        if (codes[i] <= codes[i - 1])
+            return false;
+    }
     TvVector<EkCpUnicodePair> read;
     read.resize(static_cast<unsigned int>(count));
     if (read.length() != static_cast<int>(count))

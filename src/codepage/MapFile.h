@@ -21,8 +21,8 @@ namespace TvDetail {
 bool readMapDirectory(EkCodepages& pages, TvStreamBuf& stream);
 
 /// Reads the table whose offset in the directory is `tableOffset`. False, and `pairs` is
-/// untouched, when it does not fit the file, a read fails or memory runs out. The order of the
-/// codes is not judged: a search finds in any order what it finds, and nothing outside.
+/// untouched, when it does not fit the file, its codes do not ascend, a read fails or
+/// memory runs out.
 bool readMapTable(TvStreamBuf& stream, unsigned int tableOffset, TvVector<EkCpUnicodePair>& pairs);
 
 } // namespace TvDetail

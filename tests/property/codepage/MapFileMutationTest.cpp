@@ -1,5 +1,5 @@
 // Whatever happens to the bytes of a map file, reading it gives an answer in bounded time
-// and leaves each mapper either loaded with a whole table or as it was.
+// and leaves each mapper either loaded with an ascending table or as it was.
 #include "TvCodePages.h"
 
 #include "MapBytes.h"
@@ -66,6 +66,13 @@ private:
     std::mt19937_64 m_random;
 };
 
+void expectAscending(const EkCodepageMapper& mapper)
+{
+    const EkCpUnicodePair* const pairs = mapper.m_pairs.asArrayPtr();
+    for (int i = 1; i < mapper.m_pairs.length(); ++i)
+        ASSERT_LT(pairs[i - 1].code, pairs[i].code);
+}
+
 void readAll(const std::string& file)
 {
     EkCodepages pages;
@@ -81,6 +88,7 @@ void readAll(const std::string& file)
         if (status != Orna::eOk) {
             ASSERT_EQ(mapper.m_pairs.length(), 0);
         }
+        expectAscending(mapper);
     }
 }
 
