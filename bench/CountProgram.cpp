@@ -4,7 +4,6 @@
 // x86-64 machine. Every operation goes once through countOperation(), after the same work has been
 // done twice, so that nothing of first use is counted; its name and number of items are printed.
 #include "FirstRequests.h"
-#include "ForcedKernels.h"
 #include "MapFile.h"
 #include "TextData.h"
 
@@ -18,6 +17,7 @@
 #include "TvScan.h"
 #include "TvStringA.h"
 #include "TvVector.h"
+#include "codepage/TextKernels.h"
 
 #include <cstdarg>
 #include <fstream>
@@ -294,7 +294,7 @@ extern "C" void countOperation(void (*work)());
 int main()
 {
 #if defined(__x86_64__)
-    g_forcedKernels = &TvDetail::g_sse2Kernels;
+    TvDetail::forceTextKernels(&TvDetail::g_sse2Kernels);
 #endif
     readMapFile();
     if (!passTheFirstRequests())
