@@ -6,6 +6,7 @@
 #include "TvPlatformText.h"
 
 #include "FuzzInput.h"
+#include "HexPlaces.h"
 #include "PathPieces.h"
 
 #include <algorithm>
@@ -174,11 +175,9 @@ void checkConversion(Choices& choices)
     } else if (kind == 1) {
         const double number = std::bit_cast<double>(value);
         const wchar_t conversion = L"eEfFgGaA"[letter % 8];
-        const bool isHexadecimal = conversion == L'a' || conversion == L'A';
-        const std::wstring places = isHexadecimal && !(shape & 4) ? L".13" : L""; // unless told otherwise
         const std::wstring end = {conversion, L'z'};
         if (!std::isnan(number)) // of which there are kinds here
-            requireSame(start + end, start + places + end, number);
+            requireSame(start + end, withHexPlaces(start, conversion) + end, number);
     } else if (kind == 2 && start.find(L'0') == start.npos) { // the C library leaves 0 open there
         const std::wstring text = wideOf(choices.text(300));
         requireSame(start + L"sz", start + L"lsz", text.c_str());

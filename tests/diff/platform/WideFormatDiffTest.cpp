@@ -2,6 +2,7 @@
 // wide text, here %s is.
 #include "TvPlatformBase.h"
 
+#include "HexPlaces.h"
 #include "TestScale.h"
 
 #include <gtest/gtest.h>
@@ -50,13 +51,6 @@ void expectSame(const std::wstring& ours, const std::wstring& theirs, Argument a
     const int length = swprintf(text, ours.c_str(), argument);
     ASSERT_EQ(length, swprintf(expected, 4000, theirs.c_str(), argument)) << testing::PrintToString(ours);
     ASSERT_STREQ(text, expected) << testing::PrintToString(ours);
-}
-
-// Without a precision a double has 13 hexadecimal places here, and as many as it needs there.
-std::wstring withHexPlaces(const std::wstring& start, wchar_t letter)
-{
-    const bool isBare = (letter == L'a' || letter == L'A') && start.find(L'.') == start.npos;
-    return isBare ? start + L".13" : start;
 }
 
 TEST(WideFormatDiff, Integers)
