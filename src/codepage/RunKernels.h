@@ -3,11 +3,10 @@
 //
 // `Runs` supplies the blocks:
 //   kBlock                                  elements of a block
-//   widen<kStop>(blocks, src, at, dst)      blocks of ASCII from `at` on as elements
-//   narrow<kStop>(blocks, src, at, dst)     blocks of ASCII elements from `at` on as bytes
-// Both return how many elements they moved, a multiple of kBlock, and leave a block alone
-// that holds a 0, something else than ASCII or, with kStop, a backslash. `blocks` are those of
-// the whole text, TextBlocks or OnePage.
+//   widen<kStop>(blocks, src, at, dst)      ASCII from `at` on as elements
+//   narrow<kStop>(blocks, src, at, dst)     ASCII elements from `at` on as bytes
+// Both return an AsciiRun. They end in the first block that holds a 0, something else than ASCII
+// or, with kStop, a backslash. `blocks` are those of the whole text, TextBlocks or OnePage.
 #ifndef TV_RUN_KERNELS_H
 #define TV_RUN_KERNELS_H
 
@@ -15,8 +14,41 @@
 #include "codepage/TextSteps.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace TvDetail {
+
+// What a run of blocks moved, and how many elements behind it to take one at a time before blocks
+// are worth another try.
+struct AsciiRun {
+    std::size_t moved;
+    std::size_t others;
+};
+
+// The end of a run in a block where `stops`, not 0, has a bit for each element that is no plain
+// ASCII; `moved` elements stand before the block. Where they are few the ASCII before the first of
+// them belongs to the run, and who asks writes the whole block, what is behind it to be
+// overwritten. Where they are many, blocks are of no use for a while.
+template<std::size_t kBlock>
+bool areFew(unsigned stops)
+{
+    for (std::size_t i = 0; i < kBlock / 4; ++i)
+        stops &= stops - 1; // without the lowest bit
+    return stops == 0;
+}
+
+inline AsciiRun endBeforeFew(std::size_t moved, unsigned stops)
+{
+    const int before = std::countr_zero(stops);
+    return {moved + static_cast<std::size_t>(before),
+            static_cast<std::size_t>(std::countr_one(stops >> before))};
+}
+
+template<std::size_t kBlock>
+AsciiRun endBeforeMany(std::size_t moved)
+{
+    return {moved, 4 * kBlock};
+}
 
 // TextBlocks of a text that lies in one page, where all blocks may be loaded.
 struct OnePage {
@@ -81,11 +113,12 @@ private:
     {
         std::size_t at = 0;
         std::size_t written = 0;
+        AsciiRun run{};
         do {
-            const std::size_t run = Runs::template widen<false>(blocks, src, at, dst + written);
-            at += run;
-            written += run;
-        } while (utf8DecodeUntil(blockEnd(at, count), src, count, at, dst, written) && at < count);
+            run = Runs::template widen<false>(blocks, src, at, dst + written);
+            at += run.moved;
+            written += run.moved;
+        } while (utf8DecodeUntil(endOf(run, at, count), src, count, at, dst, written) && at < count);
         return {at, written};
     }
 
@@ -94,11 +127,12 @@ private:
     {
         std::size_t at = 0;
         std::size_t written = 0;
+        AsciiRun run{};
         do {
-            const std::size_t run = Runs::template narrow<false>(blocks, src, at, dst + written);
-            at += run;
-            written += run;
-        } while (utf8EncodeUntil(blockEnd(at, count), src, at, dst, written) && at < count);
+            run = Runs::template narrow<false>(blocks, src, at, dst + written);
+            at += run.moved;
+            written += run.moved;
+        } while (utf8EncodeUntil(endOf(run, at, count), src, at, dst, written) && at < count);
         return {at, written};
     }
 
@@ -107,9 +141,11 @@ private:
                                          wchar_t* dst, const CodepageTables& tables)
     {
         std::size_t at = 0;
+        AsciiRun run{};
         do {
-            at += Runs::template widen<true>(blocks, src, at, dst + at);
-        } while (decodeSingleUntil(blockEnd(at, count), src, at, dst, tables) && at < count);
+            run = Runs::template widen<true>(blocks, src, at, dst + at);
+            at += run.moved;
+        } while (decodeSingleUntil(endOf(run, at, count), src, at, dst, tables) && at < count);
         return {at, at};
     }
 
@@ -119,11 +155,12 @@ private:
     {
         std::size_t at = 0;
         std::size_t written = 0;
+        AsciiRun run{};
         do {
-            const std::size_t run = Runs::template widen<true>(blocks, src, at, dst + written);
-            at += run;
-            written += run;
-        } while (decodeDoubleUntil(blockEnd(at, count), src, count, at, dst, written, tables, leads) &&
+            run = Runs::template widen<true>(blocks, src, at, dst + written);
+            at += run.moved;
+            written += run.moved;
+        } while (decodeDoubleUntil(endOf(run, at, count), src, count, at, dst, written, tables, leads) &&
                  at < count);
         return {at, written};
     }
@@ -133,9 +170,11 @@ private:
                                          const CodepageTables& tables)
     {
         std::size_t at = 0;
+        AsciiRun run{};
         do {
-            at += Runs::template narrow<true>(blocks, src, at, dst + at);
-        } while (encodeSingleUntil(blockEnd(at, count), src, at, dst, tables) && at < count);
+            run = Runs::template narrow<true>(blocks, src, at, dst + at);
+            at += run.moved;
+        } while (encodeSingleUntil(endOf(run, at, count), src, at, dst, tables) && at < count);
         return {at, at};
     }
 
@@ -145,17 +184,18 @@ private:
     {
         std::size_t at = 0;
         std::size_t written = 0;
+        AsciiRun run{};
         do {
-            const std::size_t run = Runs::template narrow<true>(blocks, src, at, dst + written);
-            at += run;
-            written += run;
-        } while (encodeDoubleUntil(blockEnd(at, count), src, at, dst, written, tables) && at < count);
+            run = Runs::template narrow<true>(blocks, src, at, dst + written);
+            at += run.moved;
+            written += run.moved;
+        } while (encodeDoubleUntil(endOf(run, at, count), src, at, dst, written, tables) && at < count);
         return {at, written};
     }
 
-    static std::size_t blockEnd(std::size_t at, std::size_t count)
+    static std::size_t endOf(const AsciiRun& run, std::size_t at, std::size_t count)
     {
-        return std::min(at + Runs::kBlock, count);
+        return std::min(at + run.others, count);
     }
 };
 

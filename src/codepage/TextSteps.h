@@ -119,28 +119,36 @@ inline bool decodeDoubleUntil(std::size_t until, const unsigned char* src, std::
 inline bool encodeSingleUntil(std::size_t until, const wchar_t* src, std::size_t& at, char* dst,
                               const CodepageTables& tables)
 {
+    const unsigned char* const codes = tables.encodeByte; // the stores could change it otherwise
     for (; at < until; ++at) {
         const auto wc = static_cast<unsigned>(src[at]);
-        if (wc > 0xFFFF || wc == '\\' || tables.encodeByte[wc] == 0)
+        if (wc > 0xFFFF || wc == '\\' || codes[wc] == 0)
             return false;
-        dst[at] = static_cast<char>(tables.encodeByte[wc]);
+        dst[at] = static_cast<char>(codes[wc]);
     }
     return true;
 }
 
+// Writes two bytes for a code of one, too, the second to be overwritten: see kKernelSlack.
 inline bool encodeDoubleUntil(std::size_t until, const wchar_t* src, std::size_t& at, char* dst,
                               std::size_t& written, const CodepageTables& tables)
 {
-    for (; at < until; ++at) {
-        const auto wc = static_cast<unsigned>(src[at]);
-        if (wc > 0xFFFF || wc == '\\' || tables.encodePair[wc] == 0)
-            return false;
-        const unsigned code = tables.encodePair[wc];
-        if (code > 0xFF)
-            dst[written++] = static_cast<char>(code >> 8);
-        dst[written++] = static_cast<char>(code);
+    const unsigned short* const codes = tables.encodePair;
+    std::size_t from = at;
+    char* to = dst + written;
+    for (; from < until; ++from) {
+        const auto wc = static_cast<unsigned>(src[from]);
+        if (wc > 0xFFFF || wc == '\\' || codes[wc] == 0)
+            break;
+        const unsigned code = codes[wc];
+        const unsigned isPair = code > 0xFF;
+        to[0] = static_cast<char>(code >> 8 * isPair);
+        to[1] = static_cast<char>(code);
+        to += 1 + isPair;
     }
-    return true;
+    at = from;
+    written = static_cast<std::size_t>(to - dst);
+    return from >= until;
 }
 
 } // namespace TvDetail
