@@ -1,5 +1,6 @@
 // The mapper's conversions with each set of kernels, one beside the other: 64 KiB of text, MB/s of
-// code page or UTF-8 bytes. Sets that the processor lacks are skipped, and the report says so.
+// code page or UTF-8 bytes; rows named label convert one piece of 8 to 40 characters an item. Sets
+// that the processor lacks are skipped, and the report says so.
 #include "MapFile.h"
 #include "TextData.h"
 
@@ -25,17 +26,27 @@ struct Text {
     code_page_id page;
     Wide wide;
     std::vector<char> bytes;
+    std::vector<std::size_t> pieces;     // cuts of the wide text
+    std::vector<std::size_t> bytePieces; // the same cuts in the bytes
 };
 
-int decode(const Text& text, TvVector<wchar_t>& out)
+// A part of a text: where it begins, and its length.
+struct Piece {
+    std::size_t from;
+    std::size_t count;
+};
+
+int decode(const Text& text, Piece piece, TvVector<wchar_t>& out)
 {
-    TvCharMapper::multiByteToWideChar(text.page, text.bytes.data(), static_cast<int>(text.bytes.size()), out);
+    TvCharMapper::multiByteToWideChar(text.page, text.bytes.data() + piece.from,
+                                      static_cast<int>(piece.count), out);
     return out.length() - 1;
 }
 
-int encode(const Text& text, TvVector<char>& out)
+int encode(const Text& text, Piece piece, TvVector<char>& out)
 {
-    TvCharMapper::wideCharToMultiByte(text.page, text.wide.data(), static_cast<int>(text.wide.size()), out);
+    TvCharMapper::wideCharToMultiByte(text.page, text.wide.data() + piece.from, static_cast<int>(piece.count),
+                                      out);
     return out.length() - 1;
 }
 
@@ -44,11 +55,16 @@ std::shared_ptr<Text> makeText(code_page_id page, Mix mix, const Wide& letters, 
     const auto text = std::make_shared<Text>();
     text->page = page;
     text->wide = TextData::makeText(mix, letters, kTextBytes, seed);
+    text->pieces = TextData::cutPlaces(text->wide.size(), seed + 1);
+    text->bytePieces = {0};
     TvVector<char> bytes;
-    const int count = encode(*text, bytes);
-    text->bytes.assign(bytes.asArrayPtr(), bytes.asArrayPtr() + count);
+    for (std::size_t i = 0; i + 1 < text->pieces.size(); ++i) {
+        const int count = encode(*text, {text->pieces[i], text->pieces[i + 1] - text->pieces[i]}, bytes);
+        text->bytes.insert(text->bytes.end(), bytes.asArrayPtr(), bytes.asArrayPtr() + count);
+        text->bytePieces.push_back(text->bytes.size());
+    }
     TvVector<wchar_t> wide;
-    if (decode(*text, wide) != static_cast<int>(text->wide.size()) ||
+    if (decode(*text, {0, text->bytes.size()}, wide) != static_cast<int>(text->wide.size()) ||
         !std::equal(text->wide.begin(), text->wide.end(), wide.asArrayPtr()))
         fail("a text does not come back");
     return text;
@@ -69,37 +85,68 @@ bool isRunnable(const TextKernels* set)
     return std::find(list.sets, list.sets + list.count, set) != list.sets + list.count;
 }
 
-// `expected` is what the plain set gave.
+// `expected` is what the plain set gave for the whole text.
 template<class T, class Convert>
-void run(benchmark::State& state, const Text& text, const TextKernels* set, const std::vector<T>& expected,
-         Convert convert)
+bool isUsable(benchmark::State& state, const Text& text, const TextKernels* set, Piece whole,
+              const std::vector<T>& expected, Convert convert)
 {
     if (!isRunnable(set)) {
         state.SkipWithError("this processor lacks them");
-        return;
+        return false;
     }
     TvDetail::forceTextKernels(set);
     TvVector<T> out;
-    if (convert(text, out) != static_cast<int>(expected.size()) ||
+    if (convert(text, whole, out) != static_cast<int>(expected.size()) ||
         !std::equal(expected.begin(), expected.end(), out.asArrayPtr())) {
         state.SkipWithError("another result than the plain kernels'");
-        return;
+        return false;
     }
+    return true;
+}
+
+template<class T, class Convert>
+void run(benchmark::State& state, const Text& text, const TextKernels* set, Piece whole,
+         const std::vector<T>& expected, Convert convert)
+{
+    if (!isUsable(state, text, set, whole, expected, convert))
+        return;
+    TvVector<T> out;
     for (auto _ : state)
-        benchmark::DoNotOptimize(convert(text, out));
+        benchmark::DoNotOptimize(convert(text, whole, out));
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
                             static_cast<std::int64_t>(text.bytes.size()));
+}
+
+template<class T, class Convert>
+void runPieces(benchmark::State& state, const Text& text, const TextKernels* set,
+               const std::vector<std::size_t>& cuts, const std::vector<T>& expected, Convert convert)
+{
+    if (!isUsable(state, text, set, {0, cuts.back()}, expected, convert))
+        return;
+    TvVector<T> out;
+    std::size_t piece = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(convert(text, {cuts[piece], cuts[piece + 1] - cuts[piece]}, out));
+        piece = piece + 2 < cuts.size() ? piece + 1 : 0;
+    }
 }
 
 void addRows(const std::string& name, const std::shared_ptr<Text>& text)
 {
     for (const TextKernels* set : allSets()) {
-        benchmark::RegisterBenchmark(
-            ("kernels_decode/" + name + "/" + set->name).c_str(),
-            [=](benchmark::State& state) { run(state, *text, set, text->wide, decode); });
-        benchmark::RegisterBenchmark(
-            ("kernels_encode/" + name + "/" + set->name).c_str(),
-            [=](benchmark::State& state) { run(state, *text, set, text->bytes, encode); });
+        const std::string who = name + "/" + set->name;
+        benchmark::RegisterBenchmark(("kernels_decode/" + who).c_str(), [=](benchmark::State& state) {
+            run(state, *text, set, {0, text->bytes.size()}, text->wide, decode);
+        });
+        benchmark::RegisterBenchmark(("kernels_encode/" + who).c_str(), [=](benchmark::State& state) {
+            run(state, *text, set, {0, text->wide.size()}, text->bytes, encode);
+        });
+        benchmark::RegisterBenchmark(("kernels_decode_label/" + who).c_str(), [=](benchmark::State& state) {
+            runPieces(state, *text, set, text->bytePieces, text->wide, decode);
+        });
+        benchmark::RegisterBenchmark(("kernels_encode_label/" + who).c_str(), [=](benchmark::State& state) {
+            runPieces(state, *text, set, text->pieces, text->bytes, encode);
+        });
     }
 }
 

@@ -7,6 +7,8 @@
 #include "codepage/TextEnd.h"
 #include "codepage/TextSteps.h"
 
+#include <algorithm>
+
 namespace TvDetail {
 
 namespace {
@@ -70,6 +72,45 @@ TV_AVX2_STEP __m256i encodeUnits(const Units& units, const CodepageTables& table
     return inOrder(codes);
 }
 
+// Decodes 32 bytes; returns what a conversion stops at, 0 and backslash, a bit for each byte.
+TV_AVX2_STEP unsigned decode32(wchar_t* dst, const unsigned char* src, const CodepageTables& tables)
+{
+    const __m256i b = load32(src);
+    if (maskOf(b) == 0) {
+        widen32(dst, src);
+    } else {
+        const __m256i places = _mm256_xor_si256(b, allBytes(0x80)); // of ASCII bytes from 128 on
+        const __m256i low = _mm256_blendv_epi8(b, lookUp128(tables.byteLow, places), b);
+        storeUnits(dst, low, lookUp128(tables.byteHigh, places));
+    }
+    return maskOf(_mm256_or_si256(isZero(b), _mm256_cmpeq_epi8(b, allBytes('\\'))));
+}
+
+// Encodes 32 elements; returns a bit for each that has to be searched in the whole table, or that
+// a conversion stops at: 0, backslash and what is in neither stretch.
+TV_AVX2_STEP unsigned encode32(char* dst, const wchar_t* src, const CodepageTables& tables)
+{
+    const __m256i v0 = load8(src);
+    const __m256i v1 = load8(src + 8);
+    const __m256i v2 = load8(src + 16);
+    const __m256i v3 = load8(src + 24);
+    const __m256i bytes = packBytes(v0, v1, v2, v3);
+    const __m256i other =
+        _mm256_or_si256(_mm256_cmpgt_epi8(allBytes(1), bytes), _mm256_cmpeq_epi8(bytes, allBytes('\\')));
+    if (maskOf(other) == 0) { // ASCII alone
+        store32(dst, bytes);
+        return 0;
+    }
+    const __m256i all = _mm256_or_si256(_mm256_or_si256(v0, v1), _mm256_or_si256(v2, v3));
+    if (!_mm256_testz_si256(all, _mm256_set1_epi32(static_cast<int>(0xFFFF0000))))
+        return ~0u;
+    __m256i ascii;
+    const __m256i codes =
+        encodeUnits({{_mm256_packus_epi32(v0, v1), _mm256_packus_epi32(v2, v3)}}, tables, ascii);
+    store32(dst, codes);
+    return maskOf(_mm256_or_si256(isZero(codes), _mm256_cmpeq_epi8(ascii, allBytes('\\'))));
+}
+
 } // namespace
 
 TV_AVX2 KernelProgress avx2DecodeSingle(const unsigned char* src, std::size_t count, wchar_t* dst,
@@ -79,22 +120,21 @@ TV_AVX2 KernelProgress avx2DecodeSingle(const unsigned char* src, std::size_t co
     std::size_t at = 0;
     while (blocks.has(at, 32)) {
         for (; at + 32 <= blocks.known(); at += 32) {
-            const __m256i b = load32(src + at);
-            const unsigned stops = maskOf(_mm256_or_si256(isZero(b), _mm256_cmpeq_epi8(b, allBytes('\\'))));
-            if (maskOf(b) == 0) {
-                widen32(dst + at, src + at);
-            } else {
-                const __m256i places = _mm256_xor_si256(b, allBytes(0x80)); // of ASCII bytes from 128 on
-                const __m256i low = _mm256_blendv_epi8(b, lookUp128(tables.byteLow, places), b);
-                storeUnits(dst + at, low, lookUp128(tables.byteHigh, places));
-            }
+            const unsigned stops = decode32(dst + at, src + at, tables);
             if (stops != 0) {
                 at += _tzcnt_u32(stops);
                 return {at, at};
             }
         }
     }
-    decodeSingleUntil(count, src, at, dst, tables);
+    if (at == count || !lieInOnePage(src + at, 32)) {
+        decodeSingleUntil(count, src, at, dst, tables);
+        return {at, at};
+    }
+    // The last bytes, with what lies behind the text in its page.
+    const std::size_t left = std::min<std::size_t>(count - at, 32);
+    const unsigned stops = decode32(dst + at, src + at, tables);
+    at += stops != 0 ? std::min<std::size_t>(_tzcnt_u32(stops), left) : left;
     return {at, at};
 }
 
@@ -106,32 +146,10 @@ TV_AVX2 KernelProgress avx2EncodeSingle(const wchar_t* src, std::size_t count, c
     while (blocks.has(at, 32)) {
         while (at + 32 <= blocks.known()) {
             const std::size_t end = at + 32;
-            const __m256i v0 = load8(src + at);
-            const __m256i v1 = load8(src + at + 8);
-            const __m256i v2 = load8(src + at + 16);
-            const __m256i v3 = load8(src + at + 24);
-            const __m256i bytes = packBytes(v0, v1, v2, v3);
-            const __m256i other = _mm256_or_si256(_mm256_cmpgt_epi8(allBytes(1), bytes),
-                                                  _mm256_cmpeq_epi8(bytes, allBytes('\\')));
-            if (maskOf(other) == 0) { // ASCII alone
-                store32(dst + at, bytes);
-                at = end;
-                continue;
-            }
-            const __m256i all = _mm256_or_si256(_mm256_or_si256(v0, v1), _mm256_or_si256(v2, v3));
-            std::size_t good = 0;
-            if (_mm256_testz_si256(all, _mm256_set1_epi32(static_cast<int>(0xFFFF0000)))) {
-                __m256i ascii;
-                const __m256i codes =
-                    encodeUnits({{_mm256_packus_epi32(v0, v1), _mm256_packus_epi32(v2, v3)}}, tables, ascii);
-                store32(dst + at, codes);
-                const unsigned stops =
-                    maskOf(_mm256_or_si256(isZero(codes), _mm256_cmpeq_epi8(ascii, allBytes('\\'))));
-                good = stops != 0 ? _tzcnt_u32(stops) : 32;
-            }
-            at += good;
+            const unsigned stops = encode32(dst + at, src + at, tables);
+            at += stops != 0 ? _tzcnt_u32(stops) : 32;
             // What is in neither stretch is searched in the whole table, and so is all behind it.
-            if (good < 32 && !encodeSingleUntil(end, src, at, dst, tables))
+            if (at < end && !encodeSingleUntil(end, src, at, dst, tables))
                 return {at, at};
         }
     }

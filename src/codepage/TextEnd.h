@@ -83,6 +83,8 @@ public:
     {
     }
 
+    std::size_t count() const { return m_count; }
+
     // Whether `size` elements from `at` on may be loaded. There is no 0 before `at`.
     bool has(std::size_t at, std::size_t size)
     {

@@ -99,7 +99,10 @@ protected:
     void same(Plain plain, Fast fast, const std::vector<In>& text, std::size_t most, Out mark,
               GuardedArray<In>& guard)
     {
-        const In* src = guard.hold(text);
+        std::vector<In> held = text;
+        for (std::size_t i = 0; i < m_elementsBehind; ++i)
+            held.push_back(static_cast<In>(0x2C5A3017u * (i + text.size())));
+        const In* src = guard.hold(held);
         const auto expected = run<Out>(plain, src, text.size() + m_lengthBehind, most, mark);
         const auto actual = run<Out>(fast, src, text.size() + m_lengthBehind, most, mark);
         ASSERT_EQ(actual.first.read, expected.first.read) << describe(text);
@@ -172,7 +175,8 @@ protected:
 
     GuardedArray<unsigned char> m_bytes{kMostText};
     GuardedArray<wchar_t> m_wide{kMostText};
-    std::size_t m_lengthBehind = 0; // how far the length that kernels are given passes the text's end
+    std::size_t m_lengthBehind = 0;   // how far the length that kernels are given passes the text's end
+    std::size_t m_elementsBehind = 0; // of any kind, in front of the guard
 };
 
 // What random text is made of; each kind leads kernels down another path.
@@ -206,6 +210,24 @@ const WideMaker kWideKinds[] = {
 TEST_P(TextKernelsTest, ShortTextsOfEveryLengthAndKind)
 {
     std::mt19937 random(11);
+    for (std::size_t length = 0; length <= 200; ++length) {
+        for (ByteMaker kind : kByteKinds) {
+            Bytes text(length);
+            std::generate(text.begin(), text.end(), [&] { return kind(random); });
+            ASSERT_NO_FATAL_FAILURE(checkBytes(text));
+        }
+        for (WideMaker kind : kWideKinds) {
+            Wide text(length);
+            std::generate(text.begin(), text.end(), [&] { return kind(random); });
+            ASSERT_NO_FATAL_FAILURE(checkWide(text));
+        }
+    }
+}
+
+TEST_P(TextKernelsTest, WhatStandsBehindATextInItsPageDoesNotMatter)
+{
+    std::mt19937 random(19);
+    m_elementsBehind = 200;
     for (std::size_t length = 0; length <= 200; ++length) {
         for (ByteMaker kind : kByteKinds) {
             Bytes text(length);
