@@ -4,6 +4,10 @@
 #ifndef TV_KERNEL_CHOICE_H
 #define TV_KERNEL_CHOICE_H
 
+#if defined(__x86_64__)
+#include <sys/platform/x86.h>
+#endif
+
 namespace TvDetail {
 
 // Each machine runs all sets up to its best one.
@@ -14,13 +18,14 @@ constexpr const char* kKernelSetNames[] = {"plain", "sse2", "avx2", "avx512"};
 inline KernelSet bestKernelSet() noexcept
 {
 #if defined(__x86_64__)
-    __builtin_cpu_init();
-    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("bmi") ||
-        !__builtin_cpu_supports("bmi2") || !__builtin_cpu_supports("popcnt"))
+    // What the C library found when the process started. Asking the processor costs microseconds
+    // a question in a virtual machine, and the compiler's own test asks many while the library is
+    // loaded.
+    if (!CPU_FEATURE_ACTIVE(AVX2) || !CPU_FEATURE_ACTIVE(BMI1) || !CPU_FEATURE_ACTIVE(BMI2) ||
+        !CPU_FEATURE_ACTIVE(POPCNT))
         return KernelSet::Sse2;
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-        __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq") &&
-        __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2"))
+    if (CPU_FEATURE_ACTIVE(AVX512F) && CPU_FEATURE_ACTIVE(AVX512BW) && CPU_FEATURE_ACTIVE(AVX512VL) &&
+        CPU_FEATURE_ACTIVE(AVX512DQ) && CPU_FEATURE_ACTIVE(AVX512_VBMI) && CPU_FEATURE_ACTIVE(AVX512_VBMI2))
         return KernelSet::Avx512;
     return KernelSet::Avx2;
 #else
