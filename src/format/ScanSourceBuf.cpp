@@ -50,7 +50,7 @@ private:
 
 } // namespace
 
-int scanSourceBuf(bool kind, const wchar_t* text, const wchar_t* format, va_list* args)
+[[gnu::noinline]] int scanSourceBuf(bool kind, const wchar_t* text, const wchar_t* format, va_list* args)
 {
     ScanfSourceBuf source{kind, false, 0, 0, text};
     getACharFromScanfBuf(&source);

@@ -1,4 +1,6 @@
 #include "format/ScanEngines.h"
+#include "format/ScanPlain.h"
+#include "format/ScanPlainWindows.h"
 #include "format/ScanReaders.h"
 
 #include <cwchar>
@@ -43,11 +45,6 @@ private:
     const wchar_t* m_begin;
     const wchar_t* m_at;
 };
-
-constexpr double kPowers[2 * kLargestScanPower + 1] = {
-    1e-22, 1e-21, 1e-20, 1e-19, 1e-18, 1e-17, 1e-16, 1e-15, 1e-14, 1e-13, 1e-12, 1e-11, 1e-10, 1e-9, 1e-8,
-    1e-7,  1e-6,  1e-5,  1e-4,  1e-3,  1e-2,  1e-1,  1e0,   1e1,   1e2,   1e3,   1e4,   1e5,   1e6,  1e7,
-    1e8,   1e9,   1e10,  1e11,  1e12,  1e13,  1e14,  1e15,  1e16,  1e17,  1e18,  1e19,  1e20,  1e21, 1e22};
 
 // Takes the first digits of a mantissa, gathered in an integer: as long as that is exact in a
 // double, so is every step of the digit-by-digit sum. False when more of it may follow.
@@ -106,7 +103,7 @@ const wchar_t* behindSpace(const wchar_t* p)
 }
 
 // An integer that %d takes, or null.
-const wchar_t* readPlainInteger(const wchar_t* const text, int& value)
+[[gnu::noinline]] const wchar_t* readIntegerByDigits(const wchar_t* const text, int& value)
 {
     const wchar_t* p = text;
     const bool negative = *p == L'-';
@@ -124,7 +121,7 @@ const wchar_t* readPlainInteger(const wchar_t* const text, int& value)
 }
 
 // A number of few digits without an exponent that %lf takes, or null.
-const wchar_t* readPlainDouble(const wchar_t* const text, double& value)
+[[gnu::noinline]] const wchar_t* readDoubleByDigits(const wchar_t* const text, double& value)
 {
     TextCursor in(text);
     unsigned width = kUnlimitedWidth;
@@ -133,46 +130,46 @@ const wchar_t* readPlainDouble(const wchar_t* const text, double& value)
     if (!readNumberSign(in, width, negative) || !readShortMantissa(in, width, mantissa) ||
         !mantissa.matched || in.current() == L'e' || in.current() == L'E')
         return nullptr;
-    value = mantissa.value * kPowers[kLargestScanPower - mantissa.places];
+    value = mantissa.value * kScanPowers[kLargestScanPower - mantissa.places];
     value = negative ? -value : value;
     return in.position();
 }
 
-// Takes the bare %d and %lf, and white space, at the start of a format, the most frequent ones.
-// Stops in front of the first conversion that needs more, and returns its place.
-const wchar_t* scanPlainNumbers(TextCursor& in, const wchar_t* f, va_list* args, int& stored)
+// Takes the bare %d and %lf, with or without white space before them, at the start of a format,
+// the most frequent ones. Stops in front of what needs more; `f` and `at` are there then.
+[[gnu::noinline]] void scanPlainByDigits(const wchar_t*& f, const wchar_t*& at, va_list& args, int& stored)
 {
-    constexpr ScanfConversion plain{};
-    const wchar_t* at = in.position();
     for (;;) {
-        if (isScanSpace(*f)) {
-            f = behindSpace(f);
-            at = behindSpace(at);
-        }
+        const wchar_t* behindLetter = f;
+        const PlainLetter letter = takePlainConversion(behindLetter);
         const wchar_t* behind = nullptr;
-        if (f[0] != L'%')
-            break;
-        if (f[1] == L'd') {
+        if (letter == PlainLetter::Integer) {
             int value = 0;
-            behind = readPlainInteger(behindSpace(at), value);
-            if (!behind)
-                break;
-            storeScanned(value, plain, args, stored);
-            f += 2;
-        } else if (f[1] == L'l' && f[2] == L'f') {
+            behind = readIntegerByDigits(behindSpace(at), value);
+            if (behind)
+                storePlain(value, args, stored);
+        } else if (letter == PlainLetter::Double) {
             double value = 0;
-            behind = readPlainDouble(behindSpace(at), value);
-            if (!behind)
-                break;
-            storeScanned(value, plain, args, stored);
-            f += 3;
-        } else {
-            break;
+            behind = readDoubleByDigits(behindSpace(at), value);
+            if (behind)
+                storePlain(value, args, stored);
         }
+        if (!behind)
+            return;
+        f = behindLetter;
         at = behind;
     }
-    in.moveTo(at);
-    return f;
+}
+
+// Goes on at a place with the general engine.
+[[gnu::noinline]] int scanRest(const wchar_t* text, const wchar_t* at, const wchar_t* format, va_list* args,
+                               int stored)
+{
+    if (args)
+        scanPlainByDigits(format, at, *args, stored);
+    TextCursor cursor(text);
+    cursor.moveTo(at);
+    return scanText(cursor, format, args, stored);
 }
 
 } // namespace
@@ -180,15 +177,21 @@ const wchar_t* scanPlainNumbers(TextCursor& in, const wchar_t* f, va_list* args,
 double scanPower(int n)
 {
     const bool inTable = n >= -kLargestScanPower && n <= kLargestScanPower;
-    return inTable ? kPowers[n + kLargestScanPower] : TvMath::pow<double>(10, n);
+    return inTable ? kScanPowers[n + kLargestScanPower] : TvMath::pow<double>(10, n);
 }
 
 int scanWideText(const wchar_t* text, const wchar_t* format, va_list* args)
 {
-    TextCursor cursor(text);
     int stored = 0;
-    format = scanPlainNumbers(cursor, format, args, stored);
-    return scanText(cursor, format, args, stored);
+    const wchar_t* at = text;
+    if (args) {
+#ifdef TV_FORMAT_BY_SSE2
+        scanPlainWindows(format, at, *args, stored);
+        if (!*format && stored > 0)
+            return stored;
+#endif
+    }
+    return scanRest(text, at, format, args, stored);
 }
 
 } // namespace TvFormatDetail

@@ -2,7 +2,7 @@
 
 #include "numconv/ExponentText.h"
 #include "numconv/LayoutInRegisters.h"
-#include "numconv/ReadOn.h"
+#include "runtime/ReadOn.h"
 
 #include <algorithm>
 #include <cstdint>

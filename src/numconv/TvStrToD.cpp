@@ -5,7 +5,7 @@
 #include "numconv/DecimalScan.h"
 #include "numconv/DoubleBits.h"
 #include "numconv/NumberVectors.h"
-#include "numconv/ReadOn.h"
+#include "runtime/ReadOn.h"
 #ifdef TV_NUMBERS_BY_SSE2
 #include "numconv/DecimalWindow.h"
 #endif
