@@ -34,6 +34,9 @@ public:
 
     bool positional() const { return m_positional; }
 
+    /// The list whose next argument a conversion takes; null when there is none, or records.
+    va_list* list() const { return m_positional ? nullptr : m_args; }
+
     /// A `*` width, precision or mode.
     int takeCount(unsigned number)
     {

@@ -1,5 +1,7 @@
 #include "format/IntegerText.h"
 
+#include "format/WideDigits.h"
+
 #include <algorithm>
 #include <bit>
 #include <cwchar>
@@ -24,16 +26,6 @@ constexpr DigitPairs makeDigitPairs()
 }
 
 constexpr DigitPairs kDigitPairs = makeDigitPairs();
-
-int decimalLength(std::uint32_t value)
-{
-    static constexpr std::uint32_t kPowers[] = {0,      10,      100,      1000,      10000,
-                                                100000, 1000000, 10000000, 100000000, 1000000000};
-    const int guess = (32 - std::countl_zero(value | 1)) * 1233 >> 12; // log10(2) is 1233 / 4096
-    return guess + (value >= kPowers[guess]);
-}
-
-constexpr std::uint32_t kEightDigits = 100000000;
 
 // Eight digits, zeros in front included, in two independent halves.
 void writeEight(wchar_t* out, std::uint32_t value)

@@ -4,6 +4,7 @@
 #include "format/FormatRecords.h"
 #include "format/FormatSpec.h"
 #include "format/IntegerText.h"
+#include "format/OutputPlain.h"
 #include "format/RealText.h"
 #include "format/UnitText.h"
 
@@ -19,78 +20,33 @@ namespace {
 // Integers with a decimal point are built here; a longer text fails the call.
 constexpr unsigned kFieldRoom = 2048;
 
-// Where the text goes. `room` counts the terminating 0 and is 0 or less when nothing may be
-// written at all. The text is terminated behind every piece and untouched before the first, so
-// that an argument may be what the buffer held or what has just been written into it.
-struct Output {
-    wchar_t* at;
-    int room;
+// What stands for "go on" among the results that end a call.
+constexpr int kDone = 1;
+constexpr int kFailed = -1;
 
-    bool fits(std::size_t count) const { return room > 0 && count < static_cast<std::size_t>(room); }
+// The result of a call whose text does not fit, or kDone.
+int failureOf(PlainEnd end)
+{
+    // Meant: 0 for ordinary text, -1 for a field.
+    return end == PlainEnd::Stopped ? kDone : end == PlainEnd::LiteralTooLong ? 0 : kFailed;
+}
 
-    // Steps behind `count` characters that fit.
-    void advance(std::size_t count)
-    {
-        at += count;
-        room -= static_cast<int>(count);
-        *at = 0;
-    }
+[[gnu::noinline]] PlainEnd writePlainOutOfLine(OutputCursor& out, const wchar_t*& f, va_list& args)
+{
+    return writePlain(out, f, args);
+}
 
-    bool put(const wchar_t* text, std::size_t count)
-    {
-        if (!fits(count))
-            return false;
-        if (count)
-            std::wmemmove(at, text, count);
-        advance(count);
-        return true;
-    }
-
-    bool fill(std::size_t count, wchar_t pad)
-    {
-        // Meant: what does not fit as a whole is written piece by piece until it ends.
-        constexpr std::size_t piece = 30;
-        while (count != 0) {
-            const std::size_t n = fits(count) ? count : std::min(count, piece);
-            if (!fits(n))
-                return false;
-            std::wmemset(at, pad, n);
-            advance(n);
-            count -= n;
-        }
-        return true;
-    }
-};
-
-// One call of the engine.
+// The conversions of a format that are parsed, and what stands between them.
 class FormatRun {
 public:
-    FormatRun(wchar_t* out, int capacity, FormatArguments args) : m_out{out, capacity}, m_args(args) {}
+    FormatRun(OutputCursor out, FormatArguments args) : m_out(out), m_args(args) {}
 
-    /// The result of the call; the text is terminated.
-    int run(const wchar_t* format)
-    {
-        const int capacity = m_out.room;
-        const int failure = formatAll(format);
-        if (m_out.room > 0)
-            *m_out.at = 0;
-        return failure == kDone ? capacity - m_out.room : failure;
-    }
+    /// Writes what is left of a format; kDone, or the result of the call.
+    int formatAll(const wchar_t* f);
 
-    wchar_t* position() const { return m_out.at; }
+    const OutputCursor& position() const { return m_out; }
 
 private:
-    // Results of formatAll() that are not a length; kLiteralTooLong doubles as the result.
-    static constexpr int kDone = 1;
-    static constexpr int kLiteralTooLong = 0;
-    static constexpr int kFailed = -1;
-
-    // What became of a conversion of few characters; with No nothing has been fetched.
-    enum class Bare { No, Done, Failed };
-
-    int formatAll(const wchar_t* f);
-    Bare convertBare(const wchar_t*& f);
-    Bare convertBareFixed(int precision);
     bool resolveCounts(FormatSpec& spec);
     bool convert(const FormatSpec& spec);
     bool emit(const FormatSpec& spec, const wchar_t* text, std::size_t length, bool numeric);
@@ -100,72 +56,28 @@ private:
     bool convertText(const FormatSpec& spec);
     bool convertUnits(const FormatSpec& spec);
 
-    Output m_out;
+    OutputCursor m_out;
     FormatArguments m_args;
 };
 
 int FormatRun::formatAll(const wchar_t* f)
 {
     for (;;) {
-        std::size_t run = 0;
-        for (; *f && *f != L'%'; ++f, ++run) {
-            if (!m_out.fits(run + 1)) // the run is left out as a whole
-                return kLiteralTooLong;
-            m_out.at[run] = *f;
-        }
-        if (run != 0)
-            m_out.advance(run);
+        va_list* const list = m_args.list();
+        if (const int failure = failureOf(list                     ? writePlainOutOfLine(m_out, f, *list)
+                                          : writeLiteral(m_out, f) ? PlainEnd::Stopped
+                                                                   : PlainEnd::LiteralTooLong);
+            failure != kDone)
+            return failure;
         if (!*f)
             return kDone;
-        ++f;
-        const Bare bare = convertBare(f);
-        if (bare == Bare::Failed)
-            return kFailed;
-        if (bare == Bare::Done)
-            continue;
         FormatSpec spec;
-        f = parseFormatSpec(f, m_args.positional(), spec);
+        f = parseFormatSpec(f + 1, m_args.positional(), spec);
         if (!spec.letter)
             return kDone;
         if (!resolveCounts(spec) || !convert(spec))
             return kFailed;
     }
-}
-
-// %d, %i, %s, %f and %.Nf without anything else, the most frequent conversions, without parsing.
-FormatRun::Bare FormatRun::convertBare(const wchar_t*& f)
-{
-    if (m_args.positional() || !m_out.fits(kIntegerTextRoom))
-        return Bare::No;
-    Bare bare = Bare::No;
-    int length = 1;
-    if (*f == L'd' || *f == L'i') {
-        const std::uint32_t value = m_args.takeInteger(1, kSignedArgument);
-        m_out.advance(static_cast<std::size_t>(signedText(m_out.at, value)));
-        bare = Bare::Done;
-    } else if (*f == L's') {
-        const wchar_t* const text = m_args.takeText(1);
-        bare = m_out.put(text, text ? std::wcslen(text) : 0) ? Bare::Done : Bare::Failed;
-    } else if (*f == L'f') {
-        bare = convertBareFixed(kDefaultPrecision);
-    } else if (*f == L'.' && isFormatDigit(f[1]) && f[2] == L'f') {
-        bare = convertBareFixed(f[1] - L'0');
-        length = 3;
-    }
-    if (bare == Bare::Done)
-        f += length;
-    return bare;
-}
-
-FormatRun::Bare FormatRun::convertBareFixed(int precision)
-{
-    if (!m_out.fits(kRealTextRoom))
-        return Bare::No;
-    const double value = m_args.takeDouble(1);
-    const int length = std::isfinite(value) ? realText(m_out.at, value, L'f', precision, false)
-                                            : nonFiniteText(m_out.at, value);
-    m_out.advance(static_cast<std::size_t>(length));
-    return Bare::Done;
 }
 
 // Fetches `*` width and precision. False for a negative width.
@@ -258,10 +170,6 @@ bool FormatRun::convertReal(const FormatSpec& spec)
     if (!std::isfinite(value))
         return emit(spec, text, static_cast<std::size_t>(nonFiniteText(text, value)), false);
     const int precision = static_cast<int>(std::min(spec.precision.value, unsigned{INT_MAX}));
-    if (spec.width.value == 0 && m_out.fits(kRealTextRoom)) {
-        m_out.advance(static_cast<std::size_t>(realText(m_out.at, value, spec.letter, precision, spec.plus)));
-        return true;
-    }
     const int length = realText(text, value, spec.letter, precision, spec.plus);
     return emit(spec, text, static_cast<std::size_t>(length), true);
 }
@@ -289,27 +197,44 @@ bool FormatRun::convertUnits(const FormatSpec& spec)
 }
 
 // Whether a format may use numbered arguments: it does only with a `$`.
-bool hasDollar(const wchar_t* format)
+[[gnu::always_inline]] inline bool hasDollar(const wchar_t* format)
 {
-    constexpr int shortFormat = 16; // longer ones are worth a call of the vectorised search
-    for (int i = 0; i < shortFormat; ++i) {
-        if (!format[i])
-            return false;
-        if (format[i] == L'$')
-            return true;
+#ifdef TV_FORMAT_BY_SSE2
+    if (isShortReadable(format)) [[likely]] {
+        const unsigned dollars = placesOf(format, '$');
+        const unsigned ends = placesOf(format, 0);
+        if (ends | dollars)
+            return (dollars & (ends - 1) & ~ends) != 0; // one in front of the end
+        format += kShortText;
     }
-    return std::wcschr(format + shortFormat, L'$') != nullptr;
+#endif
+    return std::wcschr(format, L'$') != nullptr;
 }
 
-} // namespace
-
-int OutputWithFormat(wchar_t** out, int capacity, const wchar_t* format, va_list* args)
+// Terminates the text and tells where it ends.
+int finished(wchar_t** out, int capacity, const OutputCursor& cursor, int failure)
 {
-    if (!out || !*out || !format)
-        return -1;
+    if (cursor.room > 0)
+        *cursor.at = 0;
+    *out = cursor.at;
+    return failure == kDone ? capacity - cursor.room : failure;
+}
+
+// Writes what is left of a format that is not plain to its end.
+[[gnu::noinline]] int formatRest(wchar_t** out, int capacity, const OutputCursor& cursor, const wchar_t* f,
+                                 FormatArguments arguments)
+{
+    FormatRun run(cursor, arguments);
+    const int failure = run.formatAll(f);
+    return finished(out, capacity, run.position(), failure);
+}
+
+// The whole of a format that has a `$`.
+[[gnu::noinline]] int formatByRecords(wchar_t** out, int capacity, const wchar_t* format, va_list* args)
+{
     FormatParameters* records = nullptr;
     unsigned count = 0;
-    if (hasDollar(format) && FormatUtil::isDefineSelfParaIndex(nullptr, format)) {
+    if (FormatUtil::isDefineSelfParaIndex(nullptr, format)) {
         count = largestArgumentNumber(format);
         if (count != 0)
             records = static_cast<FormatParameters*>(_tvMalloc(count * sizeof(FormatParameters)));
@@ -320,10 +245,32 @@ int OutputWithFormat(wchar_t** out, int capacity, const wchar_t* format, va_list
         }
         FormatUtil::valist2FormatParameters(args, records, format, static_cast<int>(count));
     }
-    FormatRun run(*out, capacity, FormatArguments(args, records != nullptr, records, count));
-    const int result = run.run(format);
-    *out = run.position();
+    const int result = formatRest(out, capacity, {*out, capacity}, format,
+                                  FormatArguments(args, records != nullptr, records, count));
     if (records)
         _tvFree(records);
     return result;
+}
+
+} // namespace
+
+bool TvFormatDetail::writeFixed(OutputCursor& out, double value, int places)
+{
+    wchar_t text[kRealTextRoom];
+    const int length =
+        std::isfinite(value) ? realText(text, value, L'f', places, false) : nonFiniteText(text, value);
+    return out.put(text, static_cast<std::size_t>(length));
+}
+
+int OutputWithFormat(wchar_t** out, int capacity, const wchar_t* format, va_list* args)
+{
+    if (!out || !*out || !format)
+        return -1;
+    if (!args || hasDollar(format)) [[unlikely]]
+        return formatByRecords(out, capacity, format, args);
+    OutputCursor cursor{*out, capacity};
+    const PlainEnd end = writePlain(cursor, format, *args);
+    if (end == PlainEnd::Stopped && *format) [[unlikely]]
+        return formatRest(out, capacity, cursor, format, FormatArguments(args, false, nullptr, 0));
+    return finished(out, capacity, cursor, failureOf(end));
 }

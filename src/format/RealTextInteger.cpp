@@ -1,5 +1,6 @@
 #include "format/RealText.h"
 
+#include "format/FixedText.h"
 #include "format/IntegerText.h"
 #include "format/QuadDecimal.h"
 #include "format/ScaledReal.h"
@@ -206,6 +207,10 @@ bool isPlainlyFixed(double magnitude) { return magnitude > 0.0001001 && magnitud
 
 int realText(wchar_t* out, double value, wchar_t letter, int precision, bool plus)
 {
+    if (letter == L'f' && !plus && precision >= 0 && precision <= kFixedTextPlaces) {
+        if (const int length = fixedText(out, value, precision))
+            return length;
+    }
     const bool negative = value < 0;
     const double magnitude = std::fabs(value);
     const bool fixedAtOnce = letter == L'f' || (letter != L'e' && isPlainlyFixed(magnitude));

@@ -30,7 +30,8 @@ struct WindowPlace {
 
 /// The number at a place, found in the window from `base` on. False where there is none of at
 /// most kExactDigits digits that ends inside the window.
-[[gnu::always_inline]] inline bool readInWindow(const ScanWindow&, const wchar_t* base, WindowPlace& place, int& value)
+[[gnu::always_inline]] inline bool readInWindow(const ScanWindow&, const wchar_t* base, WindowPlace& place,
+                                                int& value)
 {
     const int count = place.end - place.first;
     if (static_cast<unsigned>(count - 1) >= kExactDigits || place.end >= ScanWindow::kSize)
@@ -42,7 +43,8 @@ struct WindowPlace {
 }
 
 /// The same for a number with or without a point; one with an exponent is left out.
-[[gnu::always_inline]] inline bool readInWindow(const ScanWindow& window, const wchar_t* base, WindowPlace& place, double& value)
+[[gnu::always_inline]] inline bool readInWindow(const ScanWindow& window, const wchar_t* base,
+                                                WindowPlace& place, double& value)
 {
     if (place.end >= ScanWindow::kSize)
         return false;

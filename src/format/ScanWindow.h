@@ -53,7 +53,8 @@ struct TwoNumbers {
     std::uint32_t second;
 };
 
-[[gnu::always_inline]] inline TwoNumbers digitsAtBoth(const wchar_t* p, int count, const wchar_t* q, int countOfSecond)
+[[gnu::always_inline]] inline TwoNumbers digitsAtBoth(const wchar_t* p, int count, const wchar_t* q,
+                                                      int countOfSecond)
 {
     const __m128i digits =
         _mm_sub_epi8(_mm_packus_epi16(eightCharactersAt(p), eightCharactersAt(q)), _mm_set1_epi8('0'));
