@@ -15,63 +15,76 @@ using Blocks = std::bitset<kBlocksPerPage>;
 // is either stands on its page's decommitted list.
 Blocks g_pending[kReservedPages];
 Blocks g_withdrawn[kReservedPages];
-constexpr int kLongRun = 8;
+constexpr int kMostKept = kMaxPendingBlocks / 2;
 short g_pendingPages[kMaxPendingBlocks]; // pages that may have a bit set, without repetition
 int g_pendingPageCount = 0;
 int g_pendingCount = 0;
 
+// The blocks from `first` to `end`, without that.
+Blocks blocksBetween(std::size_t first, std::size_t end)
+{
+    return Blocks().set() >> (kBlocksPerPage - (end - first)) << first;
+}
+
 std::size_t pageIdOf(const void* address) { return rangeOffset(address) >> 20; }
 std::size_t blockIdOf(const void* address) { return (rangeOffset(address) >> 12) & 0xFF; }
 
-// Withdraws access to the runs of at least `least` pending blocks, one call for each; withdrawn
-// blocks may lie between those of a run.
-void withdrawRuns(std::size_t pageId, int least)
-{
-    Blocks& pending = g_pending[pageId];
-    Blocks& withdrawn = g_withdrawn[pageId];
-    char* const page = g_state.start + (pageId << 20);
-    for (std::size_t first = pending._Find_first(); first < kBlocksPerPage;) {
-        std::size_t end = first;
-        std::size_t last = first;
-        int length = 0;
-        for (; end < kBlocksPerPage && (pending[end] || withdrawn[end]); ++end) {
-            if (pending[end]) {
-                last = end;
-                ++length;
-            }
-        }
-        if (length >= least) {
-            TvHeapConfigurator::tvMemoryDeCommit(page + first * Heap::kBlockSize,
-                                                 (last + 1 - first) * Heap::kBlockSize);
-            for (std::size_t i = first; i <= last; ++i) {
-                pending[i] = false;
-                withdrawn[i] = true;
-            }
-            g_pendingCount -= length;
-        }
-        first = end < kBlocksPerPage ? pending._Find_next(end) : end;
-    }
-}
+// Pending blocks of a page without a used one between them; withdrawn ones may lie between.
+struct Run {
+    std::size_t pageId;
+    std::size_t first;
+    std::size_t end;
+    int length; // pending blocks
+};
 
-void withdrawFromAll(int least)
+// All runs there are, the longest first.
+int findRuns(Run (&runs)[kMaxPendingBlocks])
 {
-    int kept = 0;
+    int count = 0;
     for (int i = 0; i < g_pendingPageCount; ++i) {
-        const short pageId = g_pendingPages[i];
-        withdrawRuns(static_cast<std::size_t>(pageId), least);
-        if (g_pending[pageId].any())
-            g_pendingPages[kept++] = pageId;
+        const auto pageId = static_cast<std::size_t>(g_pendingPages[i]);
+        const Blocks& pending = g_pending[pageId];
+        const Blocks free = pending | g_withdrawn[pageId];
+        for (std::size_t block = pending._Find_first(); block < kBlocksPerPage;) {
+            Run& run = runs[count++];
+            run = {pageId, block, 0, 0};
+            for (; block < kBlocksPerPage && free[block]; ++block) {
+                if (pending[block]) {
+                    run.end = block + 1;
+                    ++run.length;
+                }
+            }
+            if (block < kBlocksPerPage)
+                block = pending._Find_next(block);
+        }
     }
-    g_pendingPageCount = kept;
+    std::sort(runs, runs + count, [](const Run& a, const Run& b) { return a.length > b.length; });
+    return count;
 }
 
-// Long runs first, many blocks a call: what stays may yet grow together, be used again or be
-// given back with its page.
-void withdrawMost()
+void withdraw(const Run& run)
 {
-    const ErrnoKept kept;
-    for (int least = kLongRun; g_pendingCount > kMaxPendingBlocks / 2; least /= kLongRun)
-        withdrawFromAll(least);
+    char* const page = g_state.start + (run.pageId << 20);
+    TvHeapConfigurator::tvMemoryDeCommit(page + run.first * Heap::kBlockSize,
+                                         (run.end - run.first) * Heap::kBlockSize);
+    const Blocks blocks = blocksBetween(run.first, run.end);
+    g_pending[run.pageId] &= ~blocks;
+    g_withdrawn[run.pageId] |= blocks;
+    g_pendingCount -= run.length;
+}
+
+// The longest runs first, most blocks a call: what stays may yet grow together, be used again or
+// be given back with its page.
+void withdrawLongest()
+{
+    const ErrnoKept errnoKept;
+    Run runs[kMaxPendingBlocks];
+    const int count = findRuns(runs);
+    for (int i = 0; i < count && g_pendingCount > kMostKept; ++i)
+        withdraw(runs[i]);
+    const auto isDone = [](short pageId) { return g_pending[pageId].none(); };
+    g_pendingPageCount = static_cast<int>(
+        std::remove_if(g_pendingPages, g_pendingPages + g_pendingPageCount, isDone) - g_pendingPages);
 }
 
 void dropPage(std::size_t pageId)
@@ -89,7 +102,7 @@ void dropPage(std::size_t pageId)
 void withdrawAccess(void* start)
 {
     if (g_pendingCount == kMaxPendingBlocks)
-        withdrawMost();
+        withdrawLongest();
     const std::size_t pageId = pageIdOf(start);
     if (g_pending[pageId].none())
         g_pendingPages[g_pendingPageCount++] = static_cast<short>(pageId);
@@ -116,8 +129,8 @@ bool giveAccess(void* start, int count)
     std::size_t upper = end;
     if (withdrawn._Find_next(first - 1) < end) {
         std::size_t more = static_cast<std::size_t>(std::min(kMostEarly, kMaxPendingBlocks - g_pendingCount));
-        for (; more != 0 && upper < kBlocksPerPage && withdrawn[upper]; --more)
-            ++upper;
+        upper = std::min(end + more, (~withdrawn)._Find_next(end - 1));
+        more -= upper - end;
         for (; more != 0 && withdrawn[lower - 1]; --more) // false for the blocks of descriptors
             --lower;
         char* const address = g_state.start + (pageId << 20) + lower * Heap::kBlockSize;
@@ -126,12 +139,12 @@ bool giveAccess(void* start, int count)
             return false;
         TvMemoryTools::close(address, length);
     }
-    for (std::size_t i = lower; i < upper; ++i) {
-        const bool early = i < first || i >= end;
-        g_pendingCount += static_cast<int>(early) - static_cast<int>(pending[i]);
-        pending[i] = early;
-        withdrawn[i] = false;
-    }
+    const Blocks wanted = blocksBetween(first, end);
+    const Blocks given = blocksBetween(lower, upper);
+    g_pendingCount -= static_cast<int>(pending.count());
+    pending = (pending | given) & ~wanted;
+    g_pendingCount += static_cast<int>(pending.count());
+    withdrawn &= ~given;
     if (pending.any() != wasListed) {
         if (wasListed)
             dropPage(pageId);
