@@ -9,6 +9,14 @@
 
 namespace TvFormatDetail {
 
+/// The first character that is no white space of ASCII.
+inline const wchar_t* behindPlainSpace(const wchar_t* p)
+{
+    while (*p == L' ' || (*p >= L'\t' && *p <= L'\r'))
+        ++p;
+    return p;
+}
+
 enum class PlainLetter { None, Integer, Double };
 
 /// The conversion at the start of `f`, white space left out. `f` is then the place behind it, if
@@ -16,9 +24,12 @@ enum class PlainLetter { None, Integer, Double };
 [[gnu::always_inline]] inline PlainLetter takePlainConversion(const wchar_t*& f)
 {
     const wchar_t* g = f;
+    if (*g == L' ') // nearly always the only one
+        ++g;
     if (*g != L'%') {
-        while (*g == L' ' || (*g >= L'\t' && *g <= L'\r'))
-            ++g;
+        if (!*g)
+            return PlainLetter::None;
+        g = behindPlainSpace(g);
         if (*g != L'%')
             return PlainLetter::None;
     }

@@ -19,10 +19,10 @@ struct WindowPlace {
     bool negative;
 };
 
-/// The sign and the digits from `i` on, behind blanks.
+/// The sign and the digits from `i` on, behind spaces.
 [[gnu::always_inline]] inline WindowPlace numberIn(const ScanWindow& window, int i)
 {
-    const int start = window.behindBlanks(i);
+    const int start = window.behindSpaces(i);
     const bool negative = window.minusAt(start);
     const int first = start + negative;
     return {first, window.behindDigits(first), negative};
@@ -34,7 +34,7 @@ struct WindowPlace {
                                                 int& value)
 {
     const int count = place.end - place.first;
-    if (static_cast<unsigned>(count - 1) >= kExactDigits || place.end >= ScanWindow::kSize)
+    if (static_cast<unsigned>(count - 1) >= kExactDigits)
         return false;
     const auto low = static_cast<std::uint32_t>(moreDigitsAt(base + place.first, count));
     const std::uint32_t sign = 0 - std::uint32_t{place.negative};
@@ -53,8 +53,6 @@ struct WindowPlace {
     int places = 0;
     if (base[place.end] == L'.') {
         place.end = window.behindDigits(second);
-        if (place.end >= ScanWindow::kSize)
-            return false;
         places = place.end - second;
     }
     if (static_cast<unsigned>(whole + places - 1) >= kExactDigits || (base[place.end] | 0x20) == L'e')
@@ -102,11 +100,17 @@ template<class T>
             const PlainLetter letter = takePlainConversion(behind);
             if (letter == PlainLetter::None)
                 return;
-            if (letter == PlainLetter::Integer ? !takeFromWindow<int>(window, base, at, args, stored)
-                                               : !takeFromWindow<double>(window, base, at, args, stored))
-                break;
+            if (letter == PlainLetter::Integer ? takeFromWindow<int>(window, base, at, args, stored)
+                                               : takeFromWindow<double>(window, base, at, args, stored)) {
+                f = behind;
+            } else {
+                // White space of another kind, or something else.
+                const int blanks = static_cast<int>(behindPlainSpace(base + at) - base) - at;
+                if (blanks == 0 || at + blanks >= ScanWindow::kSize)
+                    break;
+                at += blanks;
+            }
             text = base + at;
-            f = behind;
         }
         if (at == 0)
             return;

@@ -33,7 +33,9 @@ inline __m128i movedToEnd(__m128i bytes, int count)
 inline std::uint64_t joinDigits(__m128i digits)
 {
     // 10 * 256 + 1 times a pair leaves ten times its first digit, and its second, in the upper byte.
-    const __m128i two = _mm_srli_epi16(_mm_mullo_epi16(digits, _mm_set1_epi16(10 * 256 + 1)), 8);
+    __m128i factor = _mm_set1_epi16(10 * 256 + 1);
+    asm("" : "+x"(factor)); // one multiplication, not four shifts and sums
+    const __m128i two = _mm_srli_epi16(_mm_mullo_epi16(digits, factor), 8);
     const __m128i four = _mm_madd_epi16(two, _mm_set1_epi32(1 << 16 | 100));
     const __m128i eight = _mm_madd_epi16(_mm_packs_epi32(four, four), _mm_set1_epi32(1 << 16 | 10000));
     return static_cast<std::uint64_t>(_mm_cvtsi128_si64(eight));
@@ -86,13 +88,13 @@ inline constexpr std::uint64_t kScanTens[kExactDigits + 1] = {1,
 /// digitsAt() for up to kExactDigits characters; sixteen may be read.
 inline std::uint64_t moreDigitsAt(const wchar_t* p, int count)
 {
-    if (count <= 8)
+    if (count <= 8) [[likely]]
         return digitsAt(p, count);
     const TwoNumbers both = digitsAtBoth(p, 8, p + 8, count - 8);
     return both.first * kScanTens[count - 8] + both.second;
 }
 
-/// What the characters from a place on are; those behind the window count as others.
+/// What the characters from a place on are.
 class ScanWindow {
 public:
     static constexpr int kSize = 32;
@@ -104,17 +106,22 @@ public:
     {
         const __m128i first = bytesAt(p);
         const __m128i second = bytesAt(p + 16);
-        m_others = ~std::uint64_t{both(first, second, [](__m128i c) { return within(c, '0', 10); })};
-        m_ink = ~std::uint64_t{both(first, second, [](__m128i c) {
-            return _mm_or_si128(within(c, '\t', 5), _mm_cmpeq_epi8(c, _mm_set1_epi8(' ')));
-        })};
-        m_minus = both(first, second, [](__m128i c) { return _mm_cmpeq_epi8(c, _mm_set1_epi8('-')); });
+        m_ink = ~std::uint64_t{both(first, second, ' ')};
+        m_minus = both(first, second, '-');
+        // Digits become the ten lowest numbers of a signed byte.
+        const auto digits = [](__m128i c) {
+            const __m128i moved = _mm_sub_epi8(c, _mm_set1_epi8('0' - 128));
+            return static_cast<std::uint32_t>(
+                _mm_movemask_epi8(_mm_cmplt_epi8(moved, _mm_set1_epi8(10 - 128))));
+        };
+        m_others = ~(kBehind | digits(second) << 16 | digits(first));
     }
 
-    /// The first place from `i` (at most kSize) on that is no blank.
-    int behindBlanks(int i) const { return i + std::countr_zero(m_ink >> i); }
+    /// The first place from `i` (at most kSize) on without a space.
+    int behindSpaces(int i) const { return i + std::countr_zero(m_ink >> i); }
 
-    /// The first place from `i` on that is no digit.
+    /// The first place from `i` on that is no digit. A number at the end of the window becomes
+    /// longer than kExactDigits.
     int behindDigits(int i) const { return i + std::countr_zero(m_others >> i); }
 
     bool minusAt(int i) const { return m_minus >> i & 1; }
@@ -127,19 +134,16 @@ private:
         return _mm_packus_epi16(_mm_packs_epi32(four(0), four(4)), _mm_packs_epi32(four(8), four(12)));
     }
 
-    // The bytes from `low` on, `count` of them: moved to the lowest of the signed bytes.
-    static __m128i within(__m128i c, int low, int count)
+    static std::uint32_t both(__m128i first, __m128i second, char c)
     {
-        const __m128i moved = _mm_sub_epi8(c, _mm_set1_epi8(static_cast<char>(low - 128)));
-        return _mm_cmplt_epi8(moved, _mm_set1_epi8(static_cast<char>(count - 128)));
+        const auto places = [c](__m128i bytes) {
+            return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
+        };
+        return places(second) << 16 | places(first);
     }
 
-    template<class Test>
-    static std::uint32_t both(__m128i first, __m128i second, Test test)
-    {
-        return static_cast<std::uint32_t>(_mm_movemask_epi8(test(second))) << 16 |
-               static_cast<std::uint32_t>(_mm_movemask_epi8(test(first)));
-    }
+    // The places behind the window that count as digits.
+    static constexpr std::uint64_t kBehind = ((std::uint64_t{1} << (kExactDigits + 1)) - 1) << kSize;
 
     std::uint64_t m_others;
     std::uint64_t m_ink;
