@@ -4,9 +4,7 @@
 #ifndef TV_KERNEL_CHOICE_H
 #define TV_KERNEL_CHOICE_H
 
-#if defined(__x86_64__)
-#include <sys/platform/x86.h>
-#endif
+#include "runtime/CpuFeatures.h"
 
 namespace TvDetail {
 
@@ -18,9 +16,6 @@ constexpr const char* kKernelSetNames[] = {"plain", "sse2", "avx2", "avx512"};
 inline KernelSet bestKernelSet() noexcept
 {
 #if defined(__x86_64__)
-    // What the C library found when the process started. Asking the processor costs microseconds
-    // a question in a virtual machine, and the compiler's own test asks many while the library is
-    // loaded.
     if (!CPU_FEATURE_ACTIVE(AVX2) || !CPU_FEATURE_ACTIVE(BMI1) || !CPU_FEATURE_ACTIVE(BMI2) ||
         !CPU_FEATURE_ACTIVE(POPCNT))
         return KernelSet::Sse2;

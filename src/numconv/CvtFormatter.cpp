@@ -2,10 +2,12 @@
 
 #include "numconv/ExponentText.h"
 #include "numconv/LayoutInRegisters.h"
+#include "numconv/NumberKernels.h"
 #include "runtime/ReadOn.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 namespace {
@@ -25,13 +27,7 @@ void copy(Char*& out, const char*& digits, int count)
     digits += std::max(count, 0);
 }
 
-// `n` digits, 1 to 17, that stand where sixteen characters may be read.
-Characters loadDigits(const char* digits, int n)
-{
-    return {SixteenCharacters(digits).first(n), n > 16 ? digits[16] : '0', n};
-}
-
-// The whole of formatG, for digits that are not null.
+// The whole of formatG.
 template<class Char>
 [[gnu::noinline]] void formatAnyG(Char* out, const char* digits, int n, int precision, int decpt, int sign,
                                   int expChar, int style)
@@ -101,19 +97,28 @@ template<class Char>
 inline bool formatUsualG(char* out, const char* digits, int n, int precision, int decpt, int sign,
                          int expChar, int style)
 {
-    if (style >= 1 || n > precision || precision > kMostCharacters || !mayReadOn(digits, 16))
+    const auto most = static_cast<unsigned>(precision);
+    if (style >= 1 || most > kMostCharacters || static_cast<unsigned>(n) - 1 >= most)
         return false;
-    while (n > 0 && digits[n - 1] == '0')
-        --n;
-    if (n < 1)
-        return false;
-    if (sign)
-        *out++ = '-';
-    putGeneral(out, loadDigits(digits, n), n, precision, decpt, expChar);
+    while (digits[n - 1] == '0') {
+        if (--n == 0)
+            return false;
+    }
+    *out = '-';
+    numberKernels().generalLayout(out + (sign != 0), digits, n, precision, decpt, expChar);
     return true;
 }
 
 } // namespace
+
+void plainGeneralLayout(char* out, const char* digits, int n, int precision, int decpt, int expChar)
+{
+    char readable[kMostCharacters] = {};
+    if (!mayReadOn(digits, 16))
+        digits = static_cast<const char*>(std::memcpy(readable, digits, static_cast<std::size_t>(n)));
+    const Characters characters = {SixteenCharacters(digits).first(n), n > 16 ? digits[16] : '0', n};
+    putGeneral(out, characters, n, precision, decpt, expChar);
+}
 
 template<class Char>
 void CvtFormatter<Char>::formatF(Char* out, const char* digits, int n, int precision, int decpt, int sign)

@@ -4,6 +4,7 @@
 #include "numconv/EmitDigits.h"
 #include "numconv/PowersOfTen.h"
 #include "numconv/ScaledInteger.h"
+#include "numconv/ShortestDecimal.h"
 
 #include <algorithm>
 
@@ -38,12 +39,11 @@ int digitsThroughPlace(std::uint64_t bits, int places, char* out, int* point)
     return digits;
 }
 
-} // namespace
-
-// The value is scaled so that one unit is at most the width of what reads back as the
-// value, and ten units are more. Then at most one multiple of ten reads back, and it is
-// the shortest; else an integer does, the nearest one unless the lower gap is too narrow.
-int shortestScaledDigits(std::uint64_t bits, char* out, int* point)
+// The shortest digits also of subnormal values and of powers of two. The value is scaled so that one unit is
+// at most the width of what reads back as the value, and ten units are more. Then at most one multiple of ten
+// reads back, and it is the shortest; else an integer does, the nearest one unless the lower gap is too
+// narrow.
+[[gnu::noinline, gnu::cold]] int shortestOfAny(std::uint64_t bits, char* out, int* point)
 {
     constexpr int kFractionBits = 59; // ten units fit a signed number
     constexpr std::int64_t kDoubt = 2;
@@ -94,6 +94,21 @@ int shortestScaledDigits(std::uint64_t bits, char* out, int* point)
     const bool sixteen = integer < g_tens[16];
     *point = power + (sixteen ? 16 : 17);
     return emitSeventeenDigits(integer * (sixteen ? 10 : 1), out);
+}
+
+} // namespace
+
+int shortestScaledDigits(std::uint64_t bits, char* out, int* point)
+{
+    if (!isEvenlySpaced(bits)) [[unlikely]]
+        return shortestOfAny(bits, out, point);
+    const ShortestDecimal decimal = shortestDecimal(bits);
+    if (!decimal.sure) [[unlikely]]
+        return -1;
+    const std::uint64_t skip = decimal.startsWithZero();
+    *point = -static_cast<int>(decimal.minusEnd) - static_cast<int>(skip);
+    const std::uint64_t sixteen = decimal.tens + ((decimal.tens * 9 + decimal.ones) & -skip);
+    return emitSixteenAndOne(sixteen, static_cast<unsigned>(decimal.ones & (skip - 1)), out);
 }
 
 int scaledDigits(std::uint64_t bits, int mode, int ndigits, char* out, int* point)

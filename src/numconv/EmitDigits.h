@@ -47,18 +47,23 @@ inline int decimalWidth(std::uint64_t n)
     return count;
 }
 
-/// Writes the digits of `n`, which has seventeen, without trailing zeros and terminated; 18
-/// bytes. Answers how many there are.
-[[gnu::always_inline]] inline int emitSeventeenDigits(std::uint64_t n, char* out)
+/// Writes the sixteen digits of `sixteen` and the digit `last` without trailing zeros, terminated;
+/// 18 bytes. Answers how many there are.
+[[gnu::always_inline]] inline int emitSixteenAndOne(std::uint64_t sixteen, unsigned last, char* out)
 {
-    const std::uint64_t upper = n / 10;
-    const auto last = static_cast<unsigned>(n - upper * 10);
-    const SixteenDigits digits(upper);
+    const SixteenDigits digits(sixteen);
     const int count = digits.significant(last != 0);
     digits.characters().putTerminated(out, count);
     out[16] = static_cast<char>(last + (last != 0 ? '0' : 0));
     out[17] = '\0';
     return count;
+}
+
+/// The same for the digits of `n`, which has seventeen.
+[[gnu::always_inline]] inline int emitSeventeenDigits(std::uint64_t n, char* out)
+{
+    const std::uint64_t upper = n / 10;
+    return emitSixteenAndOne(upper, static_cast<unsigned>(n - upper * 10), out);
 }
 
 /// Writes the digits of `n` != 0 without leading and trailing zeros, terminated; may write

@@ -20,7 +20,7 @@ struct TenPower {
     std::uint64_t low;
 };
 
-extern const TenPower g_tenPowers[kHighestTenPower - kLowestTenPower + 1];
+[[gnu::visibility("hidden")]] extern const TenPower g_tenPowers[kHighestTenPower - kLowestTenPower + 1];
 
 inline const TenPower& tenPower(int p) { return g_tenPowers[p - kLowestTenPower]; }
 

@@ -11,15 +11,25 @@
 #include <cstring>
 
 struct TvDigitBlocks {
-    /// TvGdImpl::rv_alloc for up to 27 characters.
-    static char* take()
+    /// Bytes of a block: its class, the text and the terminator.
+    static constexpr std::size_t kBlockBytes = sizeof(Bigint);
+
+    /// A free block whose class is yet to be written, null when none is listed.
+    static char* takeListed()
     {
         TvFCvtAllocator& allocator = TvFCvtAllocator::s_instance;
         Bigint* b = allocator.m_free[0];
-        if (!b)
+        if (b)
+            allocator.m_free[0] = b->next;
+        return reinterpret_cast<char*>(b);
+    }
+
+    /// TvGdImpl::rv_alloc for up to 27 characters.
+    static char* take()
+    {
+        char* block = takeListed();
+        if (!block)
             return TvGdImpl::rv_alloc(0);
-        allocator.m_free[0] = b->next;
-        char* block = reinterpret_cast<char*>(b);
         const int k = 0;
         std::memcpy(block, &k, sizeof k);
         return block + sizeof k;

@@ -4,6 +4,7 @@
 #include "numconv/DigitsByScaling.h"
 #include "numconv/DigitsExact.h"
 #include "numconv/DoubleBits.h"
+#include "numconv/NumberKernels.h"
 #include "numconv/TvDigitBlocks.h"
 
 #include <cstring>
@@ -61,6 +62,8 @@ constexpr int kPointOfWords = 9999;
 
 [[gnu::noinline]] char* textInMode(std::uint64_t bits, int mode, int ndigits, int* point, char** rve)
 {
+    if (mode == 0)
+        return scaledText(bits, 0, 0, point, rve);
     if (mode >= 6 && mode <= 9)
         return exactText(bits, mode - 4, ndigits, point, rve);
     if (mode == 1)
@@ -70,13 +73,23 @@ constexpr int kPointOfWords = 9999;
 
 } // namespace
 
-char* TvGdImpl::dtoa(double value, int mode, int ndigits, int* decpt, int* sign, char** rve)
+char* plainText(double value, int mode, int ndigits, int* decpt, int* sign, char** rve)
 {
     const std::uint64_t bits = bitsOf(value) & ~kSignBit;
     *sign = (bitsOf(value) & kSignBit) != 0;
     if (bits - 1 >= kInfinityBits - 1) [[unlikely]]
         return fixedWord(bits, decpt, rve);
-    if (mode == 0)
-        return scaledText(bits, 0, 0, decpt, rve);
     return textInMode(bits, mode, ndigits, decpt, rve);
+}
+
+char* plainShortestText(double value, int* decpt, char** rve)
+{
+    return scaledText(bitsOf(value) & ~kSignBit, 0, 0, decpt, rve);
+}
+
+char* TvGdImpl::dtoa(double value, int mode, int ndigits, int* decpt, int* sign, char** rve)
+{
+    if (mode == 0)
+        return numberKernels().shortestText(value, mode, ndigits, decpt, sign, rve);
+    return plainText(value, mode, ndigits, decpt, sign, rve);
 }
