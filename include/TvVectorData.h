@@ -49,6 +49,16 @@ T* newElements(int count)
     return size > PTRDIFF_MAX / sizeof(T) ? nullptr : new (std::nothrow) T[size];
 }
 
+// The function behind array new that the code of a module is bound to.
+using ArrayNew = void* (*)(std::size_t size, const std::nothrow_t&) noexcept;
+// The function behind array delete.
+using ArrayDelete = void (*)(void* array) noexcept;
+
+// Resizes what the module's array new returned, as std::realloc does, so that large arrays
+// grow where they lie. Null when there is no memory, and always where somebody replaced one
+// of the two or a tool tells them from malloc; the old array then stays as it is.
+TV_OSBASE_API void* resizeArray(void* array, std::size_t size, ArrayNew make, ArrayDelete drop) noexcept;
+
 } // namespace TvDetail
 
 /// Elements from array new.
@@ -277,19 +287,48 @@ struct VectorElements {
         }
     }
 
+    // As an assignment, to an element that is alive. A store of a character type may change
+    // anything, the vector's own fields too, as far as a compiler can tell; one of a type that
+    // nothing else has may not, and whoever reads bytes sees it all the same.
+    static void assign(T* element, const T& value)
+    {
+        enum class Byte : unsigned char {};
+        if constexpr (std::is_same<T, char>::value || std::is_same<T, unsigned char>::value)
+            ::new (static_cast<void*>(element)) Byte(static_cast<Byte>(value));
+        else
+            *element = value;
+    }
+
     // Enlarges an array to room for `room` elements, keeping the first `used`. On failure
     // null, without a report, and the old array stays. Other allocators than the library's
     // two are asked for exactly what a vector reports, so this always fails for them.
     static T* enlarge(T* array, int used, int room)
     {
         if constexpr (std::is_same<Allocator, TvDefaultMemAllocator<T>>::value)
-            return enlargeByMove(array, used, room);
+            return enlargeNewed(array, used, room);
         if constexpr (kRawMemory && std::is_trivially_copyable<T>::value)
             return enlargeInPlace(array, room);
         return nullptr;
     }
 
 private:
+    // Below this many bytes there is nothing to gain: the C library keeps small blocks at hand
+    // for malloc, but not for realloc.
+    static constexpr std::size_t kLeastResized = 1024;
+
+    static T* enlargeNewed(T* array, int used, int room)
+    {
+        if constexpr (std::is_scalar<T>::value) { // others may have an array new of their own
+            const auto size = static_cast<std::size_t>(room);
+            if (size >= kLeastResized / sizeof(T) && size <= PTRDIFF_MAX / sizeof(T))
+                if (void* const larger =
+                        resizeArray(array, size * sizeof(T), static_cast<ArrayNew>(&::operator new[]),
+                                    static_cast<ArrayDelete>(&::operator delete[])))
+                    return static_cast<T*>(larger);
+        }
+        return enlargeByMove(array, used, room);
+    }
+
     static T* enlargeByMove(T* array, int used, int room)
     {
         std::unique_ptr<T[]> larger(admitErrorStatusOnly([room] { return newElements<T>(room); }));
@@ -477,6 +516,10 @@ public:
     Data* operator->() const { return m_record; }
 
 private:
+    friend class TvVector<T, Allocator, LengthT, GrowPolicy>;
+
+    void swap(TvVectorDataPtr& other) { std::swap(m_record, other.m_record); }
+
     void hold()
     {
         if (m_record)

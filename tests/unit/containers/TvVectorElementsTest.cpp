@@ -70,6 +70,28 @@ struct ThrowsWhenCopied {
     static inline bool armed = false;
 };
 
+// A type that is not complete yet where it names its vector.
+struct Tree {
+    TvVector<Tree> branches;
+    int leaf = 0;
+};
+
+TEST(TvVector, OfATypeMayBeAMemberOfIt)
+{
+    Tree tree;
+    for (int i = 0; i < 20; ++i) {
+        Tree branch;
+        branch.leaf = i;
+        tree.branches.append(branch);
+        tree.branches.append(tree.branches.at(0));
+        tree.branches.at(2 * i).branches.append(branch);
+    }
+    EXPECT_EQ(tree.branches.length(), 40);
+    EXPECT_EQ(tree.branches.at(0).branches.at(0).leaf, 0);
+    EXPECT_EQ(tree.branches.last().branches.at(0).leaf, 0);
+    EXPECT_EQ(tree.branches.at(38).branches.at(0).leaf, 19);
+}
+
 TEST(TvVector, ElementThatThrowsLeavesTheVectorAsItWas)
 {
     TvVector<ThrowsWhenCopied> v;
