@@ -9,8 +9,13 @@
 
 #include "TvPlatformBase.h"
 
+#include <atomic>
+
 /// In the file that defines `name`, a function with C linkage.
 #define TV_SECOND_NAME(name)                                                                                 \
     extern "C" TV_PLATFORM_API decltype(name) tvPlatform_##name __attribute__((alias(#name)))
+
+/// What GetACP() answers; 0 while nobody has asked. libTvOsBase reads it for every string.
+extern "C" TV_PLATFORM_API std::atomic<unsigned int> tvPlatform_ansiCodePage;
 
 #endif

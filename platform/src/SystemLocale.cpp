@@ -82,35 +82,46 @@ const SystemLocale& environmentLocale(const char* category)
 // initialised, so that static constructors of other libraries may ask.
 class SystemNumber {
 public:
-    constexpr SystemNumber(const char* category, unsigned int SystemLocale::*field)
-        : m_category(category), m_field(field)
+    // `answer` is what get() answers, or 0 until somebody asks.
+    constexpr SystemNumber(std::atomic<unsigned int>& answer, const char* category,
+                           unsigned int SystemLocale::*field)
+        : m_answer(answer), m_category(category), m_field(field)
     {
     }
 
     unsigned int get()
     {
-        if (const unsigned int chosen = m_chosen.load(std::memory_order_relaxed))
-            return chosen;
-        unsigned int value = m_environment.load(std::memory_order_relaxed);
-        if (value == 0) {
-            // The first of several threads decides, so that all agree for good.
-            const unsigned int found = environmentLocale(m_category).*m_field;
-            if (m_environment.compare_exchange_strong(value, found))
-                value = found;
-        }
-        return value;
+        if (const unsigned int known = m_answer.load(std::memory_order_relaxed))
+            return known;
+        // The first of several threads decides, so that all agree for good.
+        const unsigned int found = environmentLocale(m_category).*m_field;
+        unsigned int value = 0;
+        if (m_environment.compare_exchange_strong(value, found))
+            value = found;
+        unsigned int chosen = 0;
+        return m_answer.compare_exchange_strong(chosen, value) ? value : chosen;
     }
-    void choose(unsigned int value) { m_chosen.store(value, std::memory_order_relaxed); }
+
+    // Before anybody has asked, 0 leaves the answer open.
+    void choose(unsigned int value) { m_answer.store(value != 0 ? value : m_environment.load()); }
 
 private:
+    std::atomic<unsigned int>& m_answer;
     const char* m_category;
     unsigned int SystemLocale::*m_field;
-    std::atomic<unsigned int> m_chosen{0};
     std::atomic<unsigned int> m_environment{0};
 };
 
-constinit SystemNumber s_ansiCodePage("LC_CTYPE", &SystemLocale::ansiCodePage);
-constinit SystemNumber s_lcid("LC_MESSAGES", &SystemLocale::lcid);
+constinit std::atomic<unsigned int> s_lcidAnswer{0};
+
+} // namespace
+
+constinit std::atomic<unsigned int> tvPlatform_ansiCodePage{0};
+
+namespace {
+
+constinit SystemNumber s_ansiCodePage(tvPlatform_ansiCodePage, "LC_CTYPE", &SystemLocale::ansiCodePage);
+constinit SystemNumber s_lcid(s_lcidAnswer, "LC_MESSAGES", &SystemLocale::lcid);
 
 } // namespace
 

@@ -1,10 +1,13 @@
 #include "TvStringA.h"
 
+#include "runtime/ReadOn.h"
 #include "runtime/TvPlatformCalls.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <emmintrin.h>
 #include <new>
 #include <type_traits>
 
@@ -40,31 +43,56 @@ namespace {
     return TvStrHeaderA::sEmptyHeader();
 }
 
-// Copies the short texts that most strings are without a call, by two halves that overlap.
+__m128i sixteenAt(const char* text) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text)); }
+void setSixteen(char* text, __m128i block) { _mm_storeu_si128(reinterpret_cast<__m128i*>(text), block); }
+
+// A bit for each of 16 characters that is 0.
+std::uint64_t zerosIn(const char* text)
+{
+    const __m128i isZero = _mm_cmpeq_epi8(sixteenAt(text), _mm_setzero_si128());
+    return static_cast<unsigned int>(_mm_movemask_epi8(isZero));
+}
+
+// As strlen, which is called only for texts longer than most strings are.
+std::size_t lengthOf(const char* text)
+{
+    if (!mayReadOn(text, 64))
+        return std::strlen(text);
+    if (const std::uint64_t zeros = zerosIn(text))
+        return static_cast<std::size_t>(std::countr_zero(zeros));
+    if (const std::uint64_t zeros =
+            zerosIn(text + 16) << 16 | zerosIn(text + 32) << 32 | zerosIn(text + 48) << 48)
+        return static_cast<std::size_t>(std::countr_zero(zeros));
+    return 64 + std::strlen(text + 64);
+}
+
+// Copies the short texts that most strings are without a call, by blocks that overlap in the
+// middle.
 void copyText(char* dst, const char* src, std::size_t n)
 {
-    const auto copyEnds = [=](auto piece) {
-        auto end = piece;
-        std::memcpy(&piece, src, sizeof piece);
-        std::memcpy(&end, src + n - sizeof piece, sizeof piece);
-        std::memcpy(dst, &piece, sizeof piece);
-        std::memcpy(dst + n - sizeof piece, &end, sizeof piece);
-    };
-    struct Sixteen {
-        std::uint64_t words[2];
-    };
-    if (n > 2 * sizeof(Sixteen) || n < sizeof(std::uint64_t))
-        TvPodReallocator<char>::_copy(dst, src, n);
-    else if (n >= sizeof(Sixteen))
-        copyEnds(Sixteen{});
-    else
-        copyEnds(std::uint64_t{});
+    if (n > 64 || n < 8)
+        return TvPodReallocator<char>::_copy(dst, src, n);
+    if (n < 16) {
+        std::uint64_t first;
+        std::uint64_t last;
+        std::memcpy(&first, src, sizeof first);
+        std::memcpy(&last, src + n - sizeof last, sizeof last);
+        std::memcpy(dst, &first, sizeof first);
+        std::memcpy(dst + n - sizeof last, &last, sizeof last);
+        return;
+    }
+    if (n > 32) {
+        setSixteen(dst + 16, sixteenAt(src + 16));
+        setSixteen(dst + n - 32, sixteenAt(src + n - 32));
+    }
+    setSixteen(dst, sixteenAt(src));
+    setSixteen(dst + n - 16, sixteenAt(src + n - 16));
 }
 
 // What they make of it otherwise, in one step. The caller has the one reference.
 TvStrHeaderA* newBlock(const char* text, int codepage)
 {
-    const std::size_t length = text ? std::strlen(text) : 0;
+    const std::size_t length = text ? lengthOf(text) : 0;
     const std::size_t count = length != 0 ? length + 1 : 0;
     const std::size_t room = (count + kStep - 1) / kStep * kStep;
     void* const memory = TvMemDataAllocator::_alloc(sizeof(TvStrHeaderA) + room);
@@ -79,7 +107,7 @@ TvStrHeaderA* newBlock(const char* text, int codepage)
 
 } // namespace
 
-TvStringA::TvStringA(const char* text) : TvStringT(*newBlock(text, static_cast<int>(GetACP())))
+TvStringA::TvStringA(const char* text) : TvStringT(*newBlock(text, static_cast<int>(ansiCodePage())))
 {
 #ifdef TV_CHECK_STRUCTURES
     TvDetail::StringCheck::demand(*this);

@@ -9,6 +9,8 @@
 
 #include "TvPlatformBase.h"
 
+#include <atomic>
+
 // NOLINTNEXTLINE(bugprone-macro-parentheses): a name to declare, which takes none
 #define TV_CALL_BY_SECOND_NAME(name) decltype(name) name __asm__("tvPlatform_" #name)
 
@@ -27,5 +29,15 @@ TV_CALL_BY_SECOND_NAME(_mbslen);
 int vswprintf(wchar_t* buffer, const wchar_t* format, va_list args) __asm__("tvPlatform_vswprintf");
 
 #undef TV_CALL_BY_SECOND_NAME
+
+/// What GetACP() answers; 0 while nobody has asked.
+extern "C" std::atomic<unsigned int> tvPlatform_ansiCodePage;
+
+/// GetACP(), for those who ask so often that a call counts.
+inline unsigned int ansiCodePage()
+{
+    const unsigned int known = tvPlatform_ansiCodePage.load(std::memory_order_relaxed);
+    return known != 0 ? known : GetACP();
+}
 
 #endif

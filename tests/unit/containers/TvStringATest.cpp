@@ -1,5 +1,6 @@
 #include "TvStringA.h"
 
+#include "GuardPage.h"
 #include "TvPlatformBase.h"
 
 #include <gtest/gtest.h>
@@ -188,12 +189,29 @@ TEST(TvStringA, BytesAreTakenAsTheyAre)
 // Each length has its own way of being copied; the text ends where its memory does.
 TEST(TvStringA, TextsOfEveryLengthAreWhole)
 {
-    for (std::size_t length = 0; length <= 80; ++length) {
+    for (std::size_t length = 0; length <= 140; ++length) {
         std::vector<char> text(length + 1, '\0');
         for (std::size_t i = 0; i < length; ++i)
             text[i] = static_cast<char>('!' + (i * 7 + length) % 90);
         expectText(TvStringA(text.data()), std::string(text.data()));
         EXPECT_EQ(std::strlen(text.data()), length);
+    }
+}
+
+// Texts of every length, each at every distance from the end of a page that nothing follows.
+TEST(TvStringA, TextIsReadNoFurtherThanItsPage)
+{
+    constexpr std::size_t most = 140;
+    GuardedArray<char> memory(2 * most);
+    const std::string front(most, 'x');
+    for (std::size_t behind = 0; behind < 70; ++behind) {
+        const std::string rest(behind, 'y');
+        for (std::size_t length = 0; length < most; ++length) {
+            const std::string text = front.substr(0, length) + '\0' + rest;
+            const TvStringA s(memory.hold(text.data(), text.size()));
+            ASSERT_EQ(std::string(s.constStr()), front.substr(0, length));
+            ASSERT_EQ(s.numOfChars(), length);
+        }
     }
 }
 
@@ -213,6 +231,15 @@ TEST(TvStringA, NewOneHasTheSystemCodePageOfTheMoment)
     const TvStringA after("abc");
     EXPECT_EQ(before.header()->codepage, 932);
     EXPECT_EQ(after.header()->codepage, 1251);
+}
+
+TEST(TvStringA, NewOneHasTheEnvironmentsCodePageAgainOnceNoneIsChosen)
+{
+    tvPlatformSetACP(0);
+    const unsigned int environments = GetACP();
+    tvPlatformSetACP(environments + 1);
+    tvPlatformSetACP(0);
+    EXPECT_EQ(TvStringA("abc").header()->codepage, static_cast<int>(environments));
 }
 
 TEST(TvStringA, CodePageTravelsWithTheText)
