@@ -196,9 +196,11 @@ bool FormatRun::convertUnits(const FormatSpec& spec)
     return emit(spec, text, std::wcslen(text), numeric);
 }
 
-// Whether a format may use numbered arguments: it does only with a `$`.
+// Whether a format may use numbered arguments: it does only with a `$` behind a `%` and a digit.
 [[gnu::always_inline]] inline bool hasDollar(const wchar_t* format)
 {
+    if (!format[0] || !format[1] || !format[2]) // a bare %d has no room for one
+        return false;
 #ifdef TV_FORMAT_BY_SSE2
     if (isShortReadable(format)) [[likely]] {
         const unsigned dollars = placesOf(format, '$');

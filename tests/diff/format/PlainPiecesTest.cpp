@@ -319,6 +319,9 @@ TEST(PlainPieces, ArgumentBehindTheTextIsNotOverwritten)
 TEST(PlainPieces, DollarsAreSeenInEveryPlace)
 {
     GuardedArray<wchar_t> formats(200);
+    wchar_t alone[200];
+    EXPECT_EQ(FormatUtil::outputStringWithFormat(alone, 200, formats.hold(L"%$", 3)), 1);
+    EXPECT_STREQ(alone, L"$");
     for (std::size_t before = 0; before < 70; ++before) {
         const std::wstring text(before, L'-');
         wchar_t buffer[200];
