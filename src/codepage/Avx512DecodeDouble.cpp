@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace TvDetail {
 
@@ -16,10 +17,10 @@ namespace {
 
 constexpr std::size_t kBlock = 64;
 
-TV_AVX512_STEP std::uint64_t inRange(__m512i bytes, unsigned char first, unsigned char last)
+TV_AVX512_STEP __mmask64 inRange(__m512i bytes, unsigned char first, unsigned char last)
 {
-    const __m512i offsets = _mm512_sub_epi8(bytes, _mm512_set1_epi8(static_cast<char>(first)));
-    return _mm512_cmple_epu8_mask(offsets, _mm512_set1_epi8(static_cast<char>(last - first)));
+    const __mmask64 above = _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(first)));
+    return _mm512_mask_cmple_epu8_mask(above, bytes, _mm512_set1_epi8(static_cast<char>(last)));
 }
 
 // The lead bytes of a block whose first byte is not a trail byte. In an unbroken run of bytes
@@ -36,7 +37,8 @@ TV_AVX512_STEP std::uint64_t leadPlaces(std::uint64_t mayLead)
 
 TV_AVX512_STEP std::uint64_t mayLead(__m512i bytes, const LeadRanges& leads)
 {
-    return inRange(bytes, leads.first[0], leads.last[0]) | inRange(bytes, leads.first[1], leads.last[1]);
+    return _kor_mask64(inRange(bytes, leads.first[0], leads.last[0]),
+                       inRange(bytes, leads.first[1], leads.last[1]));
 }
 
 // A 0 or a backslash.
@@ -46,8 +48,9 @@ TV_AVX512_STEP std::uint64_t endPlaces(__m512i bytes)
 }
 
 // Up to this many characters of a block are looked up one by one, straight from the text: few of
-// them are done sooner than the many around them.
+// them are done sooner than the many around them. In a text of one block that many are fewer.
 constexpr int kFew = 8;
+constexpr int kFewOfOne = 3;
 
 // A block taken apart, up to what stops it.
 struct Characters {
@@ -188,81 +191,118 @@ KernelProgress decodeSlowly(const unsigned char* src, std::size_t count, wchar_t
     return {stops ? at - kBlock + _tzcnt_u64(stops) : count, written};
 }
 
-// What a table has for eight 16-bit numbers.
-TV_AVX512_STEP __m128i lookUpEight(__m128i codes, const unsigned short* table)
+// What a table has for the eight pairs of bytes that begin at `src` and at the seven places behind
+// it, one a 16-bit lane. Which of them are pairs of the text is not asked.
+TV_AVX512_STEP __m128i lookUpEight(const unsigned char* src, const unsigned short* table)
 {
-    const auto low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(codes));
-    const auto high = static_cast<std::uint64_t>(_mm_extract_epi64(codes, 1));
-    __m128i first = _mm_cvtsi32_si128(table[low & 0xFFFF]);
-    __m128i second = _mm_cvtsi32_si128(table[high & 0xFFFF]);
-    first = _mm_insert_epi16(first, table[low >> 16 & 0xFFFF], 1);
-    second = _mm_insert_epi16(second, table[high >> 16 & 0xFFFF], 1);
-    first = _mm_insert_epi16(first, table[low >> 32 & 0xFFFF], 2);
-    second = _mm_insert_epi16(second, table[high >> 32 & 0xFFFF], 2);
-    first = _mm_insert_epi16(first, table[low >> 48], 3);
-    second = _mm_insert_epi16(second, table[high >> 48], 3);
-    return _mm_unpacklo_epi64(first, second);
+    std::uint64_t even;
+    std::uint64_t odd;
+    std::memcpy(&even, src, sizeof even);
+    std::memcpy(&odd, src + 1, sizeof odd);
+    even = __builtin_bswap64(even);
+    odd = __builtin_bswap64(odd);
+    __m128i units = _mm_cvtsi32_si128(table[even >> 48]);
+    units = _mm_insert_epi16(units, table[odd >> 48], 1);
+    units = _mm_insert_epi16(units, table[_bextr_u64(even, 32, 16)], 2);
+    units = _mm_insert_epi16(units, table[_bextr_u64(odd, 32, 16)], 3);
+    units = _mm_insert_epi16(units, table[_bextr_u64(even, 16, 16)], 4);
+    units = _mm_insert_epi16(units, table[_bextr_u64(odd, 16, 16)], 5);
+    units = _mm_insert_epi16(units, table[even & 0xFFFF], 6);
+    return _mm_insert_epi16(units, table[odd & 0xFFFF], 7);
 }
 
-// Writes the characters of sixteen codes; false when one has none.
-TV_AVX512_STEP bool decodeSixteen(wchar_t* dst, __m256i codes, const unsigned short* table)
+// The same of sixteen places, of which the last eight count only where `count` reaches them.
+TV_AVX512_STEP __m256i lookUpSixteen(const unsigned char* src, std::size_t count, const unsigned short* table)
 {
-    const __m128i units0 = lookUpEight(_mm256_castsi256_si128(codes), table);
-    const __m128i units1 = lookUpEight(_mm256_extracti128_si256(codes, 1), table);
-    const __m256i units = _mm256_inserti128_si256(_mm256_castsi128_si256(units0), units1, 1);
-    _mm512_storeu_si512(dst, _mm512_cvtepu16_epi32(units));
-    return _mm256_testn_epi16_mask(units, units) == 0;
+    const __m256i first = _mm256_castsi128_si256(lookUpEight(src, table));
+    return count <= 8 ? first : _mm256_inserti128_si256(first, lookUpEight(src + 8, table), 1);
 }
 
-// Writes up to 32 characters, of which those of `pairs` have two bytes; `b` begins with them.
-// False when one has none.
-TV_AVX512_STEP bool decodeMany(wchar_t* dst, __m512i b, std::uint64_t pairs, std::size_t count,
+// As decodeFew, for a block of which `count` bytes are there. Nothing that is looked up waits for
+// where the pairs begin, one is looked up at every byte: that goes on beside the search for them,
+// and is sooner done than half as many look-ups behind it. The loop depends on `count` alone.
+TV_AVX512_STEP bool decodeMany(wchar_t* dst, const unsigned char* src, std::size_t count, const Characters& c,
                                const unsigned short* table)
 {
-    // The bytes of each character in two places, a 0 before those that stand alone, and blanks
-    // behind the last one: they have a character, and nobody looks at it.
-    constexpr std::uint64_t kEven = 0x5555555555555555;
-    const std::uint64_t mine = fewBits(2 * count);
-    const std::uint64_t used = _pdep_u64(pairs, kEven) | (~kEven & mine);
-    const __m512i blanks = _mm512_maskz_mov_epi8(~(mine | kEven), _mm512_set1_epi8(' '));
-    const __m512i swap = _mm512_set4_epi32(0x0E0F0C0D, 0x0A0B0809, 0x06070405, 0x02030001);
-    const __m512i codes = _mm512_shuffle_epi8(_mm512_mask_expand_epi8(blanks, used, b), swap);
-    bool found = decodeSixteen(dst, _mm512_castsi512_si256(codes), table);
-    if (count > 16)
-        found = found & decodeSixteen(dst + 16, _mm512_extracti64x4_epi64(codes, 1), table);
-    return found;
+    wchar_t* out = dst;
+    std::uint64_t begins = c.begins;
+    std::uint64_t lead = c.lead;
+    unsigned none = 0;
+    for (std::size_t at = 0; at < count; at += 16) {
+        const auto leadHere = static_cast<__mmask16>(lead);
+        const auto beginsHere = static_cast<__mmask16>(begins);
+        const __m256i bytes =
+            _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(src + at)));
+        const __m256i units =
+            _mm256_mask_mov_epi16(bytes, leadHere, lookUpSixteen(src + at, count - at, table));
+        none |= _mm256_mask_testn_epi16_mask(leadHere, units, units);
+        _mm512_storeu_si512(out, _mm512_cvtepu16_epi32(_mm256_maskz_compress_epi16(beginsHere, units)));
+        out += _mm_popcnt_u32(beginsHere);
+        begins >>= 16;
+        lead >>= 16;
+    }
+    // Single bytes that are not ASCII: each has a character.
+    for (std::uint64_t left = c.foreign & ~c.lead; left; left &= left - 1) {
+        const std::size_t at = _tzcnt_u64(left);
+        dst[_mm_popcnt_u64(_bzhi_u64(c.begins, static_cast<unsigned>(at)))] =
+            static_cast<wchar_t>(table[src[at]]);
+    }
+    return none == 0;
 }
 
-// One block that is not ASCII alone. It is taken for well formed; one that is not is done again.
-TV_AVX512 KernelProgress decodeBlock(const unsigned char* src, std::size_t count, wchar_t* dst,
-                                     const CodepageTables& tables, const LeadRanges& leads)
+// decodeMany() loads up to this many bytes behind the last one of a text.
+constexpr std::size_t kReadOn = 16;
+
+// Takes a block of `count` bytes apart as if nothing stopped it, and tells what does: a 0, or a
+// backslash that is no trail byte.
+TV_AVX512_STEP std::uint64_t takeApart(__m512i bytes, std::size_t count, std::uint64_t trailBefore,
+                                       const LeadRanges& leads, Characters& c)
 {
     const std::uint64_t all = fewBits(count);
+    c.bytes = bytes;
+    c.lead = leadPlaces(mayLead(bytes, leads) & ~trailBefore);
+    c.begins = all & ~(c.lead << 1 | trailBefore);
+    c.foreign = c.begins & _mm512_movepi8_mask(bytes);
+    return (_mm512_testn_epi8_mask(bytes, bytes) & all) |
+           (_mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8('\\')) & c.begins);
+}
+
+// A text of up to 64 bytes that is not ASCII alone. It is taken for well formed; one that is not is
+// done again.
+TV_AVX512_STEP KernelProgress decodeOneBlock(const unsigned char* src, std::size_t count, __m512i bytes,
+                                             wchar_t* dst, const CodepageTables& tables,
+                                             const LeadRanges& leads)
+{
     Characters c;
-    c.bytes = _mm512_maskz_loadu_epi8(all, src);
-    c.lead = leadPlaces(mayLead(c.bytes, leads));
-    c.begins = all & ~(c.lead << 1);
-    c.foreign = c.begins & _mm512_movepi8_mask(c.bytes);
-    const auto written = static_cast<std::size_t>(_mm_popcnt_u64(c.begins));
-    // A 0, a backslash, or an end behind a lead byte.
-    if (((endPlaces(c.bytes) & all) | (c.lead & ~(all >> 1))) != 0)
+    const std::uint64_t stops = takeApart(bytes, count, 0, leads, c);
+    const bool found = _mm_popcnt_u64(c.foreign) <= kFewOfOne ? decodeFew(dst, src, c, tables.decode)
+                                                              : decodeMany(dst, src, count, c, tables.decode);
+    if ((stops | c.lead >> (count - 1)) != 0)
         return decodeBlocks(src, count, dst, tables, leads);
-    bool found;
-    if (_mm_popcnt_u64(c.foreign) <= kFew) {
-        found = decodeFew(dst, src, c, tables.decode);
-    } else {
-        const std::uint64_t pairs = _pext_u64(c.lead, c.begins);
-        found = decodeMany(dst, c.bytes, pairs, std::min<std::size_t>(written, 32), tables.decode);
-        if (written > 32) {
-            // NOLINTNEXTLINE(bugprone-misplaced-widening-cast): at most 64
-            const auto at = static_cast<std::size_t>(32 + _mm_popcnt_u32(static_cast<unsigned>(pairs)));
-            found = found & decodeMany(dst + 32, loadFewBytes(src + at, count - at), pairs >> 32,
-                                       written - 32, tables.decode);
-        }
-    }
     if (!found)
         return decodeSlowly(src, count, dst, tables, leads, {0, 0});
-    return {count, written};
+    return {count, static_cast<std::size_t>(_mm_popcnt_u64(c.begins))};
+}
+
+// The same of 65 to 128 bytes.
+[[gnu::noinline]] TV_AVX512 KernelProgress decodeTwoBlocks(const unsigned char* src, std::size_t count,
+                                                           wchar_t* dst, const CodepageTables& tables,
+                                                           const LeadRanges& leads)
+{
+    Characters first;
+    Characters second;
+    const std::size_t behind = count - kBlock;
+    const std::uint64_t stops =
+        takeApart(_mm512_loadu_si512(src), kBlock, 0, leads, first) |
+        takeApart(loadFewBytes(src + kBlock, behind), behind, first.lead >> 63, leads, second);
+    const auto half = static_cast<std::size_t>(_mm_popcnt_u64(first.begins));
+    bool found = decodeMany(dst, src, kBlock, first, tables.decode);
+    found = decodeMany(dst + half, src + kBlock, behind, second, tables.decode) && found;
+    if ((stops | second.lead >> (behind - 1)) != 0)
+        return decodeBlocks(src, count, dst, tables, leads);
+    if (!found)
+        return decodeSlowly(src, count, dst, tables, leads, {0, 0});
+    return {count, half + static_cast<std::size_t>(_mm_popcnt_u64(second.begins))};
 }
 
 } // namespace
@@ -270,13 +310,15 @@ TV_AVX512 KernelProgress decodeBlock(const unsigned char* src, std::size_t count
 TV_AVX512 KernelProgress avx512DecodeDouble(const unsigned char* src, std::size_t count, wchar_t* dst,
                                             const CodepageTables& tables, const LeadRanges& leads) noexcept
 {
-    if (count > kBlock || !lieInOnePage(src, count))
+    if (count > 2 * kBlock || !lieInOnePage(src, count + kReadOn))
         return decodeBlocks(src, count, dst, tables, leads);
-    const __m512i b = loadFewBytes(src, count);
-    if (_mm512_movepi8_mask(b) != 0)
-        return decodeBlock(src, count, dst, tables, leads);
-    storeBytesWide(dst, b);
-    const std::size_t at = _tzcnt_u64(endPlaces(b));
+    if (count > kBlock)
+        return decodeTwoBlocks(src, count, dst, tables, leads);
+    const __m512i bytes = loadFewBytes(src, count);
+    if (_mm512_movepi8_mask(bytes) != 0)
+        return decodeOneBlock(src, count, bytes, dst, tables, leads);
+    storeBytesWide(dst, bytes);
+    const std::size_t at = _tzcnt_u64(endPlaces(bytes));
     return {at, at};
 }
 

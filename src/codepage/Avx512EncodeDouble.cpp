@@ -45,12 +45,11 @@ struct Block {
     std::uint64_t foreign;
 };
 
-TV_AVX512_STEP Block blockOf(__m512i v0, __m512i v1, __m512i v2, __m512i v3)
+TV_AVX512_STEP std::uint64_t foreignPlaces(const WideBlock& loaded)
 {
     const __m512i most = _mm512_set1_epi32(0x7F);
-    return {packLowBytes(v0, v1, v2, v3),
-            joinMasks(_mm512_cmpgt_epu32_mask(v0, most), _mm512_cmpgt_epu32_mask(v1, most),
-                      _mm512_cmpgt_epu32_mask(v2, most), _mm512_cmpgt_epu32_mask(v3, most))};
+    return joinMasks(_mm512_cmpgt_epu32_mask(loaded.v[0], most), _mm512_cmpgt_epu32_mask(loaded.v[1], most),
+                     _mm512_cmpgt_epu32_mask(loaded.v[2], most), _mm512_cmpgt_epu32_mask(loaded.v[3], most));
 }
 
 // A 0, of which there are some behind the end of a short block, or a backslash.
@@ -64,6 +63,7 @@ TV_AVX512_STEP std::uint64_t stopPlaces(const Block& block)
 // Up to this many characters of a block are looked up one by one: few of them are done sooner
 // than the many around them.
 constexpr int kFew = 8;
+constexpr int kFewOfOne = 3; // in a text of one block
 
 // Writes the characters of a block before its first stop, of which those of `foreign` have two
 // bytes each. Nothing of that counts when it answers false: one has another code, or none.
@@ -137,45 +137,46 @@ constexpr std::size_t kManyUnits = 256;
     return {count, static_cast<std::size_t>(out - dst)};
 }
 
-// The codes of eight elements.
+// The codes of eight elements, by their low halves.
 TV_AVX512_STEP __m128i codesOfEight(const wchar_t* src, const unsigned short* table)
 {
-    __m128i first = _mm_cvtsi32_si128(static_cast<int>(codeOf(src[0], table)));
-    __m128i second = _mm_cvtsi32_si128(static_cast<int>(codeOf(src[4], table)));
-    first = _mm_insert_epi16(first, static_cast<int>(codeOf(src[1], table)), 1);
-    second = _mm_insert_epi16(second, static_cast<int>(codeOf(src[5], table)), 1);
-    first = _mm_insert_epi16(first, static_cast<int>(codeOf(src[2], table)), 2);
-    second = _mm_insert_epi16(second, static_cast<int>(codeOf(src[6], table)), 2);
-    first = _mm_insert_epi16(first, static_cast<int>(codeOf(src[3], table)), 3);
-    second = _mm_insert_epi16(second, static_cast<int>(codeOf(src[7], table)), 3);
-    return _mm_unpacklo_epi64(first, second);
+    const auto code = [=](int i) { return static_cast<int>(table[static_cast<std::uint16_t>(src[i])]); };
+    __m128i codes = _mm_cvtsi32_si128(code(0));
+    codes = _mm_insert_epi16(codes, code(1), 1);
+    codes = _mm_insert_epi16(codes, code(2), 2);
+    codes = _mm_insert_epi16(codes, code(3), 3);
+    codes = _mm_insert_epi16(codes, code(4), 4);
+    codes = _mm_insert_epi16(codes, code(5), 5);
+    codes = _mm_insert_epi16(codes, code(6), 6);
+    return _mm_insert_epi16(codes, code(7), 7);
 }
 
-// Encodes a short text, eight elements at a time.
-TV_AVX512_STEP KernelProgress encodeEights(const wchar_t* src, std::size_t count, char* dst,
-                                           const CodepageTables& tables)
+// encodeSixteens() loads up to this many elements behind the last one of a text.
+constexpr std::size_t kReadOn = 16;
+
+// Encodes a short text, sixteen elements at a time, of which the last ones need not belong to it.
+TV_AVX512_STEP KernelProgress encodeSixteens(const wchar_t* src, std::size_t count, char* dst,
+                                             const CodepageTables& tables)
 {
-    const __m128i swap = _mm_setr_epi8(1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10, 13, 12, 15, 14);
+    const __m256i swap =
+        _mm256_broadcastsi128_si256(_mm_setr_epi8(1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10, 13, 12, 15, 14));
     char* out = dst;
-    for (std::size_t at = 0; at < count; at += 8) {
-        const auto here = static_cast<__mmask8>(fewBits(std::min<std::size_t>(count - at, 8)));
-        const __m256i units = _mm256_maskz_loadu_epi32(here, src + at);
-        if (_mm256_cmpgt_epu32_mask(units, _mm256_set1_epi32(0xFFFF)) != 0)
-            return encodeSlowly(src, count, dst, tables);
-        const wchar_t* from = src + at;
-        alignas(32) wchar_t last[8]; // with zeros behind the end
-        if (count - at < 8) {
-            _mm256_store_si256(reinterpret_cast<__m256i*>(last), units);
-            from = last;
-        }
-        const __m128i codes = codesOfEight(from, tables.encodePair);
+    for (std::size_t at = 0; at < count; at += 16) {
+        const std::size_t left = count - at;
+        __m256i codes = _mm256_castsi128_si256(codesOfEight(src + at, tables.encodePair));
+        if (left > 8)
+            codes = _mm256_inserti128_si256(codes, codesOfEight(src + at + 8, tables.encodePair), 1);
+        const __m512i units = _mm512_loadu_si512(src + at);
+        const auto here = static_cast<__mmask16>(fewBits(std::min<std::size_t>(left, 16)));
         const unsigned stops =
-            _mm_testn_epi16_mask(codes, codes) | _mm256_cmpeq_epi32_mask(units, _mm256_set1_epi32('\\'));
-        const std::size_t good = stops ? _tzcnt_u32(stops) : 8;
-        const __m128i bytes = _mm_shuffle_epi8(codes, swap);
+            (_mm256_testn_epi16_mask(codes, codes) | _mm512_cmpeq_epi32_mask(units, _mm512_set1_epi32('\\')) |
+             _mm512_cmpgt_epu32_mask(units, _mm512_set1_epi32(0xFFFF))) &
+            here;
+        const std::size_t good = stops ? _tzcnt_u32(stops) : std::min<std::size_t>(left, 16);
+        const __m256i bytes = _mm256_shuffle_epi8(codes, swap);
         const auto used =
-            static_cast<__mmask16>((_mm_test_epi8_mask(bytes, bytes) | 0xAAAA) & fewBits(2 * good));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_maskz_compress_epi8(used, bytes));
+            static_cast<__mmask32>((_mm256_test_epi8_mask(bytes, bytes) | 0xAAAAAAAA) & fewBits(2 * good));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_maskz_compress_epi8(used, bytes));
         out += _mm_popcnt_u32(used);
         if (stops)
             return {at + good, static_cast<std::size_t>(out - dst)};
@@ -192,7 +193,8 @@ TV_AVX512_STEP KernelProgress encodeEights(const wchar_t* src, std::size_t count
     while (at < count) {
         const std::size_t left = loadable(src + at, count - at, kBlock);
         const WideBlock loaded = loadBlock(src + at, left);
-        const Block block = blockOf(loaded.v[0], loaded.v[1], loaded.v[2], loaded.v[3]);
+        const Block block = {packLowBytes(loaded.v[0], loaded.v[1], loaded.v[2], loaded.v[3]),
+                             foreignPlaces(loaded)};
         const std::uint64_t stops = stopPlaces(block);
         const std::uint64_t foreign = block.foreign & bitsBelow(stops);
         if (_mm_popcnt_u64(foreign) <= kFew &&
@@ -214,17 +216,19 @@ TV_AVX512_STEP KernelProgress encodeEights(const wchar_t* src, std::size_t count
 }
 
 // One block that is not ASCII alone.
-TV_AVX512 KernelProgress encodeBlock(const wchar_t* src, std::size_t count, char* dst,
-                                     const CodepageTables& tables)
+TV_AVX512_STEP KernelProgress encodeBlock(const wchar_t* src, std::size_t count, char* dst,
+                                          const CodepageTables& tables, const WideBlock& loaded)
 {
-    const Block block = blockOf(loadFewWide(src, count, 0), loadFewWide(src, count, 16),
-                                loadFewWide(src, count, 32), loadFewWide(src, count, 48));
+    const std::uint64_t foreign = foreignPlaces(loaded);
+    if (_mm_popcnt_u64(foreign) > kFewOfOne)
+        return encodeSixteens(src, count, dst, tables);
+    const Block block = {packLowBytes(loaded.v[0], loaded.v[1], loaded.v[2], loaded.v[3]), foreign};
     const std::uint64_t stops = stopPlaces(block);
-    const std::uint64_t foreign = block.foreign & bitsBelow(stops);
-    if (_mm_popcnt_u64(foreign) > kFew || !encodeFew(dst, src, block.bytes, foreign, tables.encodePair))
-        return encodeEights(src, count, dst, tables);
+    const std::uint64_t before = foreign & bitsBelow(stops);
+    if (!encodeFew(dst, src, block.bytes, before, tables.encodePair))
+        return encodeSixteens(src, count, dst, tables);
     const std::size_t good = _tzcnt_u64(stops);
-    return {good, good + static_cast<std::size_t>(_mm_popcnt_u64(foreign))};
+    return {good, good + static_cast<std::size_t>(_mm_popcnt_u64(before))};
 }
 
 } // namespace
@@ -232,16 +236,15 @@ TV_AVX512 KernelProgress encodeBlock(const wchar_t* src, std::size_t count, char
 TV_AVX512 KernelProgress avx512EncodeDouble(const wchar_t* src, std::size_t count, char* dst,
                                             const CodepageTables& tables) noexcept
 {
-    if (count > kBlock || !lieInOnePage(src, count))
+    if (count > kBlock || !lieInOnePage(src, count + kReadOn))
         return encodeBlocks(src, count, dst, tables);
-    const __m512i v0 = loadFewWide(src, count, 0);
-    const __m512i v1 = loadFewWide(src, count, 16);
-    const __m512i v2 = loadFewWide(src, count, 32);
-    const __m512i v3 = loadFewWide(src, count, 48);
-    const __m512i all = _mm512_or_si512(_mm512_ternarylogic_epi32(v0, v1, v2, 0xFE), v3);
+    const WideBlock loaded = {{loadFewWide(src, count, 0), loadFewWide(src, count, 16),
+                               loadFewWide(src, count, 32), loadFewWide(src, count, 48)}};
+    const __m512i all =
+        _mm512_or_si512(_mm512_ternarylogic_epi32(loaded.v[0], loaded.v[1], loaded.v[2], 0xFE), loaded.v[3]);
     if (_mm512_cmpgt_epu32_mask(all, _mm512_set1_epi32(0x7F)) != 0)
-        return encodeBlock(src, count, dst, tables);
-    const __m512i bytes = packLowBytes(v0, v1, v2, v3);
+        return encodeBlock(src, count, dst, tables, loaded);
+    const __m512i bytes = packLowBytes(loaded.v[0], loaded.v[1], loaded.v[2], loaded.v[3]);
     _mm512_storeu_si512(dst, bytes);
     const std::size_t at = _tzcnt_u64(stopPlaces({bytes, 0}));
     return {at, at};

@@ -128,6 +128,7 @@ void fillLeads(CodepageIndex& index, const TvVector<EkLeaderBytes>& ranges)
 {
     const int count = ranges.length();
     index.madeForLeadCount = count;
+    index.madeForLeads = count > 0 ? CodepageIndex::leadBytes(ranges) : 0;
     index.kernelsDecode = count <= 2;
     for (int i = 0; i < 2 && count > 0; ++i) {
         const EkLeaderBytes range = ranges.asArrayPtr()[count == 1 ? 0 : i];

@@ -7,6 +7,8 @@
 #include "codepage/TextKernels.h"
 
 #include <atomic>
+#include <cstdint>
+#include <cstring>
 
 namespace TvDetail {
 
@@ -36,29 +38,32 @@ struct CodepageIndex {
 
     bool hasLeads() const noexcept { return madeForLeadCount > 0; }
 
+    /// leadBytes() of the mapper, 0 without lead bytes.
+    std::uint32_t madeForLeads;
+
     /// Whether it was made from this mapper as it stands. It asks the mapper itself: a view of
     /// it would have to be put together first.
     bool isOf(const EkCodepageMapper& mapper) const noexcept
     {
-        if (madeFromBytes != mapper.m_pSingleByteTable || !isOfLeads(mapper.m_leadBytes))
+        if (madeFromBytes != mapper.m_pSingleByteTable || madeForLeadCount != mapper.m_leadBytes.length())
             return false;
-        if (mapper.m_bLoaded != 1)
+        if (madeForLeadCount != 0 && madeForLeads != leadBytes(mapper.m_leadBytes))
+            return false;
+        if (mapper.m_bLoaded != 1) [[unlikely]]
             return madeFromPairs == nullptr && madeFromPairCount == 0;
         return madeFromPairs == mapper.m_pairs.asArrayPtr() && madeFromPairCount == mapper.m_pairs.length();
     }
 
-private:
-    bool isOfLeads(const TvVector<EkLeaderBytes>& ranges) const noexcept
+    /// The bytes of the first two ranges, or of the one there is; not of none.
+    static std::uint32_t leadBytes(const TvVector<EkLeaderBytes>& ranges) noexcept
     {
-        const int count = ranges.length();
-        if (count != madeForLeadCount)
-            return false;
-        if (count == 0)
-            return true;
-        const EkLeaderBytes first = ranges.asArrayPtr()[0];
-        const EkLeaderBytes second = ranges.asArrayPtr()[count == 1 ? 0 : 1];
-        return first.first == leads.first[0] && first.last == leads.last[0] &&
-               second.first == leads.first[1] && second.last == leads.last[1];
+        static_assert(sizeof(EkLeaderBytes) * 2 == sizeof(std::uint32_t));
+        std::uint32_t bytes = 0;
+        if (ranges.length() == 1)
+            std::memcpy(&bytes, ranges.asArrayPtr(), sizeof(EkLeaderBytes));
+        else
+            std::memcpy(&bytes, ranges.asArrayPtr(), sizeof bytes);
+        return bytes;
     }
 };
 

@@ -19,6 +19,13 @@ inline code_page_id withSystemCodePage(code_page_id cp)
     return cp;
 }
 
+/// Whether an id stands for itself or for another code page with tables: not for the system code
+/// page, not for UTF-8.
+inline bool hasTables(code_page_id cp)
+{
+    return static_cast<unsigned int>(cp) - 1 < static_cast<unsigned int>(CP_UTF8) - 1;
+}
+
 /// The stream over the code page map file; null when there is no name or no such file. The
 /// caller deletes it.
 TvStreamBuf* openMapFile();

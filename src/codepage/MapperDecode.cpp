@@ -168,7 +168,7 @@ template<class Store>
 [[gnu::noinline]] void decodeInSteps(code_page_id cp, const unsigned char* src, std::size_t count, Store& out,
                                      KernelProgress done)
 {
-    Decoder<Store>(cp, src, count, out, done).run();
+    Decoder<Store>(sameCodePage(cp), src, count, out, done).run();
 }
 
 } // namespace
@@ -178,16 +178,17 @@ void decodeText(code_page_id cp, const char* src, int len, Store& out)
 {
     if (len < 0) [[unlikely]]
         return ResultVector<wchar_t, Store>(out).clear();
-    cp = withSystemCodePage(cp);
     const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
-    if (cp == CP_UTF8) {
-        utf8Decode(src, count, out);
-        return;
+    if (!hasTables(cp)) {
+        cp = withSystemCodePage(cp);
+        if (cp == CP_UTF8) {
+            utf8Decode(src, count, out);
+            return;
+        }
     }
     const auto* const bytes = reinterpret_cast<const unsigned char*>(src);
-    cp = sameCodePage(cp);
     // Most texts are done by one run of a kernel, in room that the result has from the last text.
-    const CodepageIndex* const index = indexOf(MapperSlots::find(cp));
+    const CodepageIndex* const index = indexOf(MapperSlots::findSame(cp));
     wchar_t* const to = roomOf(out, count + 1 + kKernelSlack);
     if (!index || !index->kernelsDecode || !to) [[unlikely]]
         return decodeInSteps(cp, bytes, count, out, {0, 0});

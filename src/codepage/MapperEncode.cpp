@@ -133,7 +133,7 @@ template<class Store>
 [[gnu::noinline]] void encodeInSteps(code_page_id cp, const wchar_t* src, std::size_t count, Store& out,
                                      KernelProgress done)
 {
-    Encoder<Store>(cp, src, count, out, done).run();
+    Encoder<Store>(sameCodePage(cp), src, count, out, done).run();
 }
 
 template<class Store>
@@ -151,13 +151,14 @@ void encodeText(code_page_id cp, const wchar_t* src, int len, Store& out)
 {
     if (len < 0) [[unlikely]]
         return ResultVector<char, Store>(out).clear();
-    cp = withSystemCodePage(cp);
     const std::size_t count = src ? static_cast<std::size_t>(len) : 0;
-    if (cp == CP_UTF8)
-        return encodeUtf8(src, count, out);
-    cp = sameCodePage(cp);
+    if (!hasTables(cp)) {
+        cp = withSystemCodePage(cp);
+        if (cp == CP_UTF8)
+            return encodeUtf8(src, count, out);
+    }
     // Most texts are done by one run of a kernel, in room that the result has from the last text.
-    const CodepageIndex* const index = indexOf(MapperSlots::find(cp));
+    const CodepageIndex* const index = indexOf(MapperSlots::findSame(cp));
     char* const to = roomOf(out, kLeastRoom + 2 * count);
     if (!index || !to) [[unlikely]]
         return encodeInSteps(cp, src, count, out, {0, 0});
