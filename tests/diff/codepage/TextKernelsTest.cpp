@@ -248,6 +248,7 @@ TEST_P(TextKernelsTest, EveryByteAtEveryPlaceOfABlock)
         for (int value = 0; value < 256; ++value) {
             Bytes text(132, 'a');
             text[place] = static_cast<unsigned char>(value);
+            m_elementsBehind = (place + static_cast<std::size_t>(value)) % 2 * 40;
             ASSERT_NO_FATAL_FAILURE(checkBytes(text));
         }
     }
@@ -255,9 +256,11 @@ TEST_P(TextKernelsTest, EveryByteAtEveryPlaceOfABlock)
 
 TEST_P(TextKernelsTest, EveryPairOfBytesAtTheEdgesOfABlock)
 {
+    std::mt19937 random(23);
     for (std::size_t place : {0u, 61u, 62u, 63u, 64u}) {
         for (int pair = 0; pair < 65536; pair += 1 + (pair & 3)) {
             Bytes text(70, 'a');
+            m_elementsBehind = random() % 2 * 40;
             text[place] = static_cast<unsigned char>(pair >> 8);
             text[place + 1] = static_cast<unsigned char>(pair);
             text[place + 2] = 0x80;
@@ -270,20 +273,25 @@ TEST_P(TextKernelsTest, RunsOfLeadBytesOfEveryLengthFromEveryPlace)
 {
     for (std::size_t first = 0; first < 66; ++first) {
         for (std::size_t length = 0; length < 70; ++length) {
-            Bytes text(140, 'a');
-            std::fill_n(text.begin() + static_cast<long>(first), length, static_cast<unsigned char>(0x91));
-            ASSERT_NO_FATAL_FAILURE(checkBytes(text));
+            for (std::size_t size : {120u, 140u}) {
+                m_elementsBehind = 140 - size;
+                Bytes text(140, 'a');
+                std::fill_n(text.begin() + static_cast<long>(first), length,
+                            static_cast<unsigned char>(0x91));
+                text.resize(size);
+                ASSERT_NO_FATAL_FAILURE(checkBytes(text));
+            }
         }
     }
 }
 
 TEST_P(TextKernelsTest, EveryCharacterAmongAscii)
 {
-    Wide text(70, L'x');
     for (unsigned wc = 0; wc < 0x10100; ++wc) {
-        text[wc % 67] = static_cast<wchar_t>(wc);
+        m_elementsBehind = wc % 2 * 40;
+        Wide text(wc % 2 ? 60 : 70, L'x');
+        text[wc % 59] = static_cast<wchar_t>(wc);
         ASSERT_NO_FATAL_FAILURE(checkWide(text));
-        text[wc % 67] = L'x';
     }
 }
 
