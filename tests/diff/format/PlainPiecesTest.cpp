@@ -229,6 +229,15 @@ Written write(GuardedArray<wchar_t>& memory, int capacity, const wchar_t* format
                              : second(a.reals[2]);
 }
 
+// A text whose terminator is followed by the end of readable memory, or by more of it.
+const wchar_t* heldAtRandom(GuardedArray<wchar_t>& memory, std::wstring text, std::mt19937_64& random)
+{
+    const std::size_t length = text.size();
+    text.resize(length + 1 + random() % 2 * (random() % 30), L'$');
+    text[length] = 0;
+    return memory.hold(text.c_str(), text.size());
+}
+
 // A pad of zeros without a width changes nothing, but is parsed.
 TEST(PlainPieces, FormatsAreWrittenAsByParsing)
 {
@@ -278,12 +287,12 @@ TEST(PlainPieces, FormatsAreWrittenAsByParsing)
             std::wstring text(random() % (random() % 4 ? 18 : 60), L'w');
             if (!text.empty() && random() % 4 == 0)
                 text[random() % text.size()] = static_cast<wchar_t>(1 + random());
-            a.texts[n] = random() % 32 ? texts[n].hold(text.c_str(), text.size() + 1) : nullptr;
+            a.texts[n] = random() % 32 ? heldAtRandom(texts[n], text, random) : nullptr;
         }
         both(literals[random() % 5]);
         const int capacity = static_cast<int>(random() % (random() % 2 ? 60 : 400));
         const Written expected = write(buffers, capacity, parsed.c_str(), kinds, a);
-        const Written got = write(buffers, capacity, formats.hold(plain.c_str(), plain.size() + 1), kinds, a);
+        const Written got = write(buffers, capacity, heldAtRandom(formats, plain, random), kinds, a);
         ASSERT_EQ(got, expected) << testing::PrintToString(plain) << " in " << capacity;
     }
 }
@@ -335,8 +344,10 @@ TEST(PlainPieces, DollarsAreSeenInEveryPlace)
         FormatUtil::outputStringWithFormat(buffer, 200, cut.c_str(), 1, 2);
         EXPECT_EQ(std::wstring(buffer), text + L"1");
         const std::wstring both = text + L"%2$d %1$d";
-        FormatUtil::outputStringWithFormat(buffer, 200, formats.hold(both.c_str(), both.size() + 1), 1, 2);
-        EXPECT_EQ(std::wstring(buffer), text + L"2 1");
+        for (const wchar_t* format : {both.c_str(), formats.hold(both.c_str(), both.size() + 1)}) {
+            FormatUtil::outputStringWithFormat(buffer, 200, format, 1, 2);
+            EXPECT_EQ(std::wstring(buffer), text + L"2 1");
+        }
     }
 }
 
