@@ -1,6 +1,8 @@
 // Streams over memory and files, beside the C library, its calls without a lock, the system
-// calls and the containers of the standard library. Files lie on tmpfs where there is one, and
-// exist at their full length, so that no side waits for a disk or for new pages.
+// calls and the containers of the standard library. Single bytes go through the stream object
+// itself, inline as those of the peers, and as "tv_virtual" through a TvStreamBuf. Files lie on
+// tmpfs where there is one, and exist at their full length, so that no side waits for a disk or
+// for new pages.
 
 #include "BenchFile.h"
 #include "FirstRequests.h"
@@ -192,6 +194,22 @@ void readBytewiseTv(benchmark::State& state)
     for (auto _ : state) {
         sum = 0;
         Orna::ErrorStatus status = Orna::eOk;
+        TvFileIStreamBuf file(name.c_str(), &status, TvIO::kAccessRead, TvIO::kShareDenyNone,
+                              TvIO::kOpenExisting);
+        for (std::size_t at = 0; at < kBytewiseFileSize; ++at)
+            sum += file.readByte();
+    }
+    demandSame(state, sum, g_bytewiseSum);
+    countBytes(state, kBytewiseFileSize);
+}
+
+void readBytewiseTvVirtual(benchmark::State& state)
+{
+    const std::wstring name = bytewiseFile().wide();
+    std::uint64_t sum = 0;
+    for (auto _ : state) {
+        sum = 0;
+        Orna::ErrorStatus status = Orna::eOk;
         std::unique_ptr<TvFileStreamBuf> file(createFileIStreamBuf(
             name.c_str(), &status, TvIO::kAccessRead, TvIO::kShareDenyNone, TvIO::kOpenExisting));
         for (std::size_t at = 0; at < kBytewiseFileSize; ++at)
@@ -267,6 +285,19 @@ void memWriteBytewiseTv(benchmark::State& state)
     warmUpHeap();
     for (auto _ : state) {
         TvFlatMemBuf buffer(0);
+        for (std::size_t at = 0; at < kBytewiseMemorySize; ++at)
+            buffer.writeByte(static_cast<unsigned char>(at));
+        if (buffer.length() != kBytewiseMemorySize)
+            state.SkipWithError("short");
+    }
+    countBytes(state, kBytewiseMemorySize);
+}
+
+void memWriteBytewiseTvVirtual(benchmark::State& state)
+{
+    warmUpHeap();
+    for (auto _ : state) {
+        TvFlatMemBuf buffer(0);
         TvStreamBuf* stream = &buffer;
         benchmark::DoNotOptimize(stream);
         for (std::size_t at = 0; at < kBytewiseMemorySize; ++at)
@@ -292,6 +323,22 @@ void memWriteBytewisePushBack(benchmark::State& state)
 std::uint64_t g_memorySum = 0;
 
 void memReadTv(benchmark::State& state)
+{
+    const std::string content(kBytewiseMemorySize, 'x');
+    TvFlatMemBuf buffer(0);
+    buffer.writeBytes(reinterpret_cast<const unsigned char*>(content.data()), kBytewiseMemorySize);
+    std::uint64_t sum = 0;
+    for (auto _ : state) {
+        sum = 0;
+        buffer.rewind();
+        for (std::size_t at = 0; at < kBytewiseMemorySize; ++at)
+            sum += buffer.readByte();
+    }
+    demandSame(state, sum, g_memorySum);
+    countBytes(state, kBytewiseMemorySize);
+}
+
+void memReadTvVirtual(benchmark::State& state)
 {
     const std::string content(kBytewiseMemorySize, 'x');
     TvFlatMemBuf buffer(0);
@@ -338,16 +385,19 @@ BENCHMARK(readTv<4096>)->Name("file_read/100MB_by_4096/tv");
 BENCHMARK(readStdio<4096, fread>)->Name("file_read/100MB_by_4096/glibc_fread");
 BENCHMARK(readSystem<4096>)->Name("file_read/100MB_by_4096/read(2)");
 BENCHMARK(readBytewiseTv)->Name("file_read/16MB_by_1/tv");
+BENCHMARK(readBytewiseTvVirtual)->Name("file_read/16MB_by_1/tv_virtual");
 BENCHMARK(readBytewiseStdio<fgetc>)->Name("file_read/16MB_by_1/glibc_fgetc");
 BENCHMARK(readBytewiseStdio<getcUnlocked>)->Name("file_read/16MB_by_1/glibc_getc_unlocked");
 BENCHMARK(memWriteTv)->Name("mem_write/16MB_by_64/tv");
 BENCHMARK(memWriteString)->Name("mem_write/16MB_by_64/std_string_append");
 BENCHMARK(memWriteVector)->Name("mem_write/16MB_by_64/std_vector_insert");
 BENCHMARK(memWriteBytewiseTv)->Name("mem_write/1MB_by_1/tv");
+BENCHMARK(memWriteBytewiseTvVirtual)->Name("mem_write/1MB_by_1/tv_virtual");
 BENCHMARK(memWriteBytewisePushBack<std::vector<unsigned char>>)
     ->Name("mem_write/1MB_by_1/std_vector_push_back");
 BENCHMARK(memWriteBytewisePushBack<std::string>)->Name("mem_write/1MB_by_1/std_string_push_back");
 BENCHMARK(memReadTv)->Name("mem_read/1MB_by_1/tv");
+BENCHMARK(memReadTvVirtual)->Name("mem_read/1MB_by_1/tv_virtual");
 BENCHMARK(memReadStringbuf)->Name("mem_read/1MB_by_1/stringbuf_sbumpc");
 
 } // namespace

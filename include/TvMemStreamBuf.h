@@ -7,6 +7,7 @@
 #define TV_MEM_STREAM_BUF_H
 
 #include "TvExport.h"
+#include "TvHooks.h"
 #include "TvStreamBuf.h"
 #include "TvVector.h"
 
@@ -113,10 +114,15 @@ public:
     const unsigned char* buffer() const override;
 
     /// The byte at the cursor, which moves on; at the end "End of stream buffer!" is reported and
-    /// the result is 0.
-    unsigned char readByte() override;
-    /// Writes a byte at the cursor, where the stream then ends.
-    void writeByte(unsigned char b) override;
+    /// the result is 0. Inline when called on the object itself, see writeByte().
+    TV_INLINE_TOO unsigned char readByte() override;
+    /// Writes a byte at the cursor, where the stream then ends. Called on the object itself it is
+    /// inline, and about three times as fast as through a TvStreamBuf:
+    ///
+    ///     TvFlatMemBuf copy(0);
+    ///     for (std::uint64_t i = 0; i < size; ++i)
+    ///         copy.writeByte(bytes[i]); // not through a pointer or a reference
+    TV_INLINE_TOO void writeByte(unsigned char b) override;
     /// Writes a byte at `position`, where the cursor then is. See the class for positions from
     /// length() on.
     void writeByte(std::uint64_t position, unsigned char b) override;
@@ -173,19 +179,59 @@ private:
     using Storage =
         TvVector<unsigned char, TvDelegateMemAllocator<unsigned char>, int, TvVectorFlatMemBufGrowPolicy>;
 
-    TV_LOCAL std::uint32_t storedLength() const;
-    TV_LOCAL std::uint32_t roomLength() const;
+    TV_LOCAL std::uint32_t storedLength() const { return static_cast<std::uint32_t>(m_bytes.length()); }
+    TV_LOCAL std::uint32_t roomLength() const { return static_cast<std::uint32_t>(m_bytes.physicalLength()); }
     TV_LOCAL bool endAt(std::uint32_t end);
     TV_LOCAL bool unshare();
     TV_LOCAL bool endWritableAt(std::uint32_t end);
     TV_LOCAL bool isOwn(const unsigned char* buf) const;
+    TV_LOCAL bool endWithinRoom(std::uint32_t length);
     TV_LOCAL bool store(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
                         std::uint32_t length);
     TV_LOCAL bool storeMoving(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
                               std::uint32_t length);
+    TV_LOCAL void writeBytesMoving(const unsigned char* buf, std::uint32_t count);
 
     Storage m_bytes;
     std::uint32_t m_cursor; // may lie past the end after resize()
 };
+
+#ifndef TV_BYTES_OUT_OF_LINE
+
+// In both the cursor is stored behind the two ways, so that a loop keeps it in a register.
+
+TV_INLINE_TOO unsigned char TvFlatMemBuf::readByte()
+{
+    const unsigned char* const first = m_bytes.asArrayPtr(); // no address while there is no room
+    std::uint32_t at = m_cursor;
+    unsigned int b = 0;
+    if (__builtin_expect(at < storedLength(), 1)) {
+        b = first[at];
+        ++at;
+    } else {
+        TvDetail::reportMessage(L"End of stream buffer!");
+        at = m_cursor; // who is told may have moved it
+    }
+    m_cursor = at;
+    return static_cast<unsigned char>(b);
+}
+
+TV_INLINE_TOO void TvFlatMemBuf::writeByte(unsigned char b)
+{
+    std::uint32_t at = m_cursor;
+    if (__builtin_expect(!TvDetail::isShared(m_bytes) && m_bytes.length() < m_bytes.physicalLength() &&
+                             static_cast<int>(at) == m_bytes.length(),
+                         1)) {
+        m_bytes.append(b); // no more than a store and a count here
+        ++at;
+    } else {
+        const unsigned char copy = b; // so that the usual way needs no place in memory for it
+        TvFlatMemBuf::writeBytes(&copy, 1);
+        at = m_cursor;
+    }
+    m_cursor = at;
+}
+
+#endif
 
 #endif

@@ -25,6 +25,20 @@ inline void moveEnds(unsigned char* to, const unsigned char* from, std::size_t c
     std::memcpy(to + count - Size, &tail, Size);
 }
 
+// The same for 32 to 64 bytes, by four pieces of 16: larger ones would pass through the stack.
+inline void moveLongEnds(unsigned char* to, const unsigned char* from, std::size_t count)
+{
+    Block<16> pieces[4];
+    std::memcpy(&pieces[0], from, 16);
+    std::memcpy(&pieces[1], from + 16, 16);
+    std::memcpy(&pieces[2], from + count - 32, 16);
+    std::memcpy(&pieces[3], from + count - 16, 16);
+    std::memcpy(to, &pieces[0], 16);
+    std::memcpy(to + 16, &pieces[1], 16);
+    std::memcpy(to + count - 32, &pieces[2], 16);
+    std::memcpy(to + count - 16, &pieces[3], 16);
+}
+
 } // namespace TvCopyDetail
 
 /// Copies `count` bytes between areas that may overlap.
@@ -34,7 +48,7 @@ inline void tvCopyBytes(unsigned char* to, const unsigned char* from, std::size_
     if (count > 64)
         std::memmove(to, from, count);
     else if (count >= 32)
-        moveEnds<32>(to, from, count);
+        TvCopyDetail::moveLongEnds(to, from, count);
     else if (count >= 16)
         moveEnds<16>(to, from, count);
     else if (count >= 8)

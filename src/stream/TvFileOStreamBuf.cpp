@@ -86,6 +86,17 @@ void TvFileOStreamBuf::readBytes(unsigned char* buf, std::uint32_t count)
 
 void TvFileOStreamBuf::writeBytes(const unsigned char* buf, std::uint32_t count)
 {
+    const std::uint32_t at = m_cache.m_cursor;
+    if (!tvIsFile(m_handle) || count > kCacheSize || at + count > kCacheSize ||
+        !m_cache.endWithinRoom(at + count))
+        return writeBytesFlushing(buf, count);
+    m_cache.m_cursor = at + count; // the copy is last, so that a large piece is a jump
+    tvCopyBytes(m_cache.m_bytes.asArrayPtr() + at, buf, count);
+}
+
+// writeBytes() where the cache is full, small or without memory, or where there is no file.
+[[gnu::noinline]] void TvFileOStreamBuf::writeBytesFlushing(const unsigned char* buf, std::uint32_t count)
+{
     if (!tvIsFile(m_handle))
         tvThrowMessage(L"Write file error!");
     if (count <= kCacheSize) {

@@ -1,3 +1,4 @@
+#define TV_BYTES_OUT_OF_LINE // defines readByte() and writeByte()
 #include "TvMemStreamBuf.h"
 
 #include "TvHooks.h"
@@ -79,6 +80,16 @@ bool TvFlatMemBuf::storeMoving(std::uint32_t at, const unsigned char* buf, std::
     return true;
 }
 
+// writeBytes() where that takes memory, or is out of range. A function of its own, so that the
+// usual way keeps nothing on the stack.
+[[gnu::noinline]] void TvFlatMemBuf::writeBytesMoving(const unsigned char* buf, std::uint32_t count)
+{
+    if (wraps(m_cursor, count))
+        return reportOutOfRange();
+    if (storeMoving(m_cursor, buf, count, m_cursor + count))
+        m_cursor += count;
+}
+
 TvFlatMemBuf::TvFlatMemBuf(std::uint32_t capacity) : m_cursor(0) { TvFlatMemBuf::reserve(capacity); }
 
 TvFlatMemBuf::~TvFlatMemBuf() = default;
@@ -109,7 +120,8 @@ const unsigned char* TvFlatMemBuf::buffer() const
     return m_bytes.physicalLength() != 0 ? m_bytes.asArrayPtr() : nullptr;
 }
 
-unsigned char TvFlatMemBuf::readByte()
+// Aligned, as writeByte() is, so that its few instructions lie in as few lines of the cache as can be.
+[[gnu::aligned(64)]] unsigned char TvFlatMemBuf::readByte()
 {
     if (m_cursor < storedLength())
         return m_bytes.asArrayPtr()[m_cursor++];
@@ -117,7 +129,7 @@ unsigned char TvFlatMemBuf::readByte()
     return 0;
 }
 
-void TvFlatMemBuf::writeByte(unsigned char b)
+[[gnu::aligned(64)]] void TvFlatMemBuf::writeByte(unsigned char b)
 {
     const std::uint32_t at = m_cursor;
     if (at != storedLength() || at >= roomLength() || TvDetail::isShared(m_bytes))
@@ -194,10 +206,12 @@ void TvFlatMemBuf::readBytes(std::uint64_t position, unsigned char* buf, std::ui
 
 void TvFlatMemBuf::writeBytes(const unsigned char* buf, std::uint32_t count)
 {
-    if (wraps(m_cursor, count))
-        return reportOutOfRange();
-    if (store(m_cursor, buf, count, m_cursor + count))
-        m_cursor += count;
+    const std::uint32_t at = m_cursor;
+    const std::uint32_t end = at + count;
+    if (end < at || !endWithinRoom(end))
+        return writeBytesMoving(buf, count);
+    m_cursor = end;
+    tvCopyBytes(m_bytes.asArrayPtr() + at, buf, count); // last, so that a large piece is a jump
 }
 
 void TvFlatMemBuf::writeBytes(std::uint64_t position, const unsigned char* buf, std::uint32_t count)

@@ -6,14 +6,15 @@
 #include "TvMemStreamBuf.h"
 #include "stream/TvCopyBytes.h"
 
-inline std::uint32_t TvFlatMemBuf::storedLength() const
+// Makes the stream `length` bytes long where that takes no memory. False otherwise, and nothing
+// has changed.
+inline bool TvFlatMemBuf::endWithinRoom(std::uint32_t length)
 {
-    return static_cast<std::uint32_t>(m_bytes.length());
-}
-
-inline std::uint32_t TvFlatMemBuf::roomLength() const
-{
-    return static_cast<std::uint32_t>(m_bytes.physicalLength());
+    const auto end = static_cast<int>(length);
+    if (end < 0 || end > m_bytes.physicalLength() || TvDetail::isShared(m_bytes))
+        return false;
+    m_bytes.setLogicalLength(end);
+    return true;
 }
 
 // Makes the stream `length` bytes long and stores `count` bytes at `at`, which may be the
@@ -21,9 +22,8 @@ inline std::uint32_t TvFlatMemBuf::roomLength() const
 inline bool TvFlatMemBuf::store(std::uint32_t at, const unsigned char* buf, std::uint32_t count,
                                 std::uint32_t length)
 {
-    if (length > roomLength() || TvDetail::isShared(m_bytes))
+    if (!endWithinRoom(length))
         return storeMoving(at, buf, count, length);
-    m_bytes.setLogicalLength(static_cast<int>(length));
     tvCopyBytes(m_bytes.asArrayPtr() + at, buf, count);
     return true;
 }
