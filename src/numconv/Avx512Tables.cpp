@@ -14,8 +14,9 @@ constexpr Avx512Tables makeTables()
         t.tenths[i] = (std::uint64_t{1} << 52) / power;
         t.ten[i] = 10;
     }
-    for (char& c : t.zeros)
-        c = '0';
+    for (int i = 0; i < 32; ++i)
+        t.zeros[i] = t.characters[i] = '0';
+    t.characters[t.kMostDigits] = '.';
     t.behindHead[1] = '.';
     t.behindHead[2] = '0';
 

@@ -26,7 +26,9 @@ struct Avx512Tables {
     /// What stands behind sixteen characters of general text.
     alignas(16) char behindHead[16];
 
+    /// Zeros, and zeros with a point behind seventeen of them.
     alignas(32) char zeros[32];
+    alignas(32) char characters[32];
 };
 
 [[gnu::visibility("hidden")]] extern const Avx512Tables g_avx512Tables;

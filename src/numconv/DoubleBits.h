@@ -33,6 +33,15 @@ inline DoubleParts partsOf(std::uint64_t bits)
     return {fraction | kHiddenBit, field + kLowestExponent - 1};
 }
 
+/// True for finite values other than 0.
+inline bool isOrdinary(std::uint64_t bits) { return (bits & ~kSignBit) - 1 < kInfinityBits - 1; }
+
+/// The exponent as it is stored, of either sign.
+inline std::uint64_t exponentField(std::uint64_t bits) { return bits >> 52 & 0x7FF; }
+
+/// True for finite values, of either sign, that have a hidden bit.
+inline bool isNormal(std::uint64_t bits) { return exponentField(bits) - 1 < 0x7FE; }
+
 /// True when the next double below is only half as far away as the next above.
 inline bool lowerGapIsHalf(std::uint64_t bits)
 {

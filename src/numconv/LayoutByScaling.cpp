@@ -2,23 +2,12 @@
 
 #include "numconv/DoubleBits.h"
 #include "numconv/LayoutInRegisters.h"
+#include "numconv/NumberKernels.h"
 #include "numconv/ScaledInteger.h"
 
 #include <algorithm>
 
-namespace {
-
-bool isOrdinary(std::uint64_t bits) { return (bits & ~kSignBit) - 1 < kInfinityBits - 1; }
-
-char* putSign(char* out, std::uint64_t bits)
-{
-    *out = '-';
-    return out + (bits >> 63);
-}
-
-} // namespace
-
-bool fixedText(char* out, double value, int precision)
+bool plainFixedText(char* out, double value, int precision)
 {
     const std::uint64_t bits = bitsOf(value);
     std::uint64_t integer;
@@ -34,7 +23,7 @@ bool fixedText(char* out, double value, int precision)
     return true;
 }
 
-bool exponentText(char* out, double value, int precision, int expChar)
+bool plainExponentText(char* out, double value, int precision, int expChar)
 {
     const std::uint64_t bits = bitsOf(value);
     std::uint64_t integer;
@@ -49,7 +38,7 @@ bool exponentText(char* out, double value, int precision, int expChar)
     return true;
 }
 
-bool generalText(char* out, double value, int precision, int expChar, int style)
+bool plainGeneralText(char* out, double value, int precision, int expChar, int style)
 {
     const std::uint64_t bits = bitsOf(value);
     std::uint64_t integer;
@@ -60,4 +49,19 @@ bool generalText(char* out, double value, int precision, int expChar, int style)
     const Characters digits = charactersOf(integer, precision);
     putGeneral(putSign(out, bits), digits, digits.nonZero, precision, power + 1, expChar);
     return true;
+}
+
+bool fixedText(char* out, double value, int precision)
+{
+    return numberKernels().fixedText(out, value, precision);
+}
+
+bool exponentText(char* out, double value, int precision, int expChar)
+{
+    return numberKernels().exponentText(out, value, precision, expChar);
+}
+
+bool generalText(char* out, double value, int precision, int expChar, int style)
+{
+    return numberKernels().generalText(out, value, precision, expChar, style);
 }

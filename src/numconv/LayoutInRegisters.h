@@ -9,6 +9,13 @@
 
 constexpr int kMostCharacters = 17;
 
+/// A minus sign for negative `bits`. One more character follows in any case.
+inline char* putSign(char* out, std::uint64_t bits)
+{
+    *out = '-';
+    return out + (bits >> 63);
+}
+
 /// The digits of a number as characters: sixteen, and one more; zeros behind the last.
 struct Characters {
     SixteenCharacters head;

@@ -2,7 +2,8 @@
 
 #include "runtime/CpuFeatures.h"
 
-const NumberKernels g_plainNumberKernels = {"plain", plainText, plainGeneralLayout};
+const NumberKernels g_plainNumberKernels = {"plain",        plainText,         plainGeneralLayout,
+                                            plainFixedText, plainExponentText, plainGeneralText};
 
 namespace {
 
@@ -23,7 +24,23 @@ void chooseForLayout(char* out, const char* digits, int n, int precision, int de
     choose().generalLayout(out, digits, n, precision, decpt, expChar);
 }
 
-constexpr NumberKernels g_choosing = {"", chooseForText, chooseForLayout};
+bool chooseForFixed(char* out, double value, int precision)
+{
+    return choose().fixedText(out, value, precision);
+}
+
+bool chooseForExponent(char* out, double value, int precision, int expChar)
+{
+    return choose().exponentText(out, value, precision, expChar);
+}
+
+bool chooseForGeneral(char* out, double value, int precision, int expChar, int style)
+{
+    return choose().generalText(out, value, precision, expChar, style);
+}
+
+constexpr NumberKernels g_choosing = {
+    "", chooseForText, chooseForLayout, chooseForFixed, chooseForExponent, chooseForGeneral};
 
 } // namespace
 

@@ -15,6 +15,11 @@ struct NumberKernels {
     /// CvtFormatter<char>::formatG in style 0 without a sign, 1 <= n <= precision <= 17, the last
     /// digit not 0.
     void (*generalLayout)(char* out, const char* digits, int n, int precision, int decpt, int expChar);
+
+    /// As in LayoutByScaling.h.
+    bool (*fixedText)(char* out, double value, int precision);
+    bool (*exponentText)(char* out, double value, int precision, int expChar);
+    bool (*generalText)(char* out, double value, int precision, int expChar, int style);
 };
 
 /// TvGdImpl::dtoa for every argument; and in mode 0 for finite values but 0, without the sign.
@@ -22,6 +27,10 @@ char* plainText(double value, int mode, int ndigits, int* decpt, int* sign, char
 char* plainShortestText(double value, int* decpt, char** rve);
 
 void plainGeneralLayout(char* out, const char* digits, int n, int precision, int decpt, int expChar);
+
+bool plainFixedText(char* out, double value, int precision);
+bool plainExponentText(char* out, double value, int precision, int expChar);
+bool plainGeneralText(char* out, double value, int precision, int expChar, int style);
 
 extern const NumberKernels g_plainNumberKernels;
 #if defined(__x86_64__) && !defined(TV_PLAIN_NUMBERS)

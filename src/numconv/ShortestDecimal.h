@@ -48,8 +48,6 @@ constexpr ShortestScalings makeShortestScalings()
 
 alignas(64) inline constexpr ShortestScalings g_shortestScalings = makeShortestScalings();
 
-inline std::uint64_t exponentField(std::uint64_t bits) { return bits >> 52 & 0x7FF; }
-
 /// True for the doubles that shortestDecimal takes: normal, and as far from the one below as
 /// from the one above.
 inline bool isEvenlySpaced(std::uint64_t bits) { return exponentField(bits) - 1 < 0x7FE && bits << 12 != 0; }

@@ -1,5 +1,5 @@
 // Text laid out in registers against the wide formatters on big-integer digits.
-#include "numconv/LayoutByScaling.h"
+#include "numconv/NumberKernels.h"
 
 #include "TvNumber.h"
 
@@ -41,14 +41,14 @@ std::string byFormatter(Letter letter, double value, int precision)
     return std::string(wide.begin(), wide.end());
 }
 
-// False when the registers did not answer; nothing may then have been written.
-bool checkText(Letter letter, double value, int precision)
+// False when the kernels did not answer; nothing may then have been written.
+bool checkText(const NumberKernels& kernels, Letter letter, double value, int precision)
 {
     char text[64];
     std::fill(text, text + sizeof text, '#');
-    const bool done = letter == F   ? fixedText(text, value, precision)
-                      : letter == E ? exponentText(text, value, precision, 'e')
-                                    : generalText(text, value, precision, 'e', 0);
+    const bool done = letter == F   ? kernels.fixedText(text, value, precision)
+                      : letter == E ? kernels.exponentText(text, value, precision, 'e')
+                                    : kernels.generalText(text, value, precision, 'e', 0);
     const std::size_t written = done ? std::strlen(text) + 1 : 0;
     EXPECT_EQ(std::count(text + written, text + sizeof text, '#'), static_cast<long>(sizeof text - written))
         << value << " " << precision << ": written behind the terminator";
@@ -56,6 +56,16 @@ bool checkText(Letter letter, double value, int precision)
         EXPECT_EQ(text, byFormatter(letter, value, precision)) << value << " letter " << letter;
     }
     return done;
+}
+
+// By every set that the machine can run; they answer for the same values.
+bool checkText(Letter letter, double value, int precision)
+{
+    const bool plain = checkText(g_plainNumberKernels, letter, value, precision);
+    const NumberKernels& best = bestNumberKernels();
+    EXPECT_EQ(&best == &g_plainNumberKernels ? plain : checkText(best, letter, value, precision), plain)
+        << value << " letter " << letter << " precision " << precision;
+    return plain;
 }
 
 void checkAll(double value, int precision)
