@@ -65,17 +65,6 @@ int decimalText64(wchar_t* out, std::uint64_t value)
     return length + 8;
 }
 
-void fractionDigits(wchar_t* out, std::uint64_t units, int digits)
-{
-    static constexpr std::uint32_t kScales[] = {100000000, 10000000, 1000000, 100000, 10000,
-                                                1000,      100,      10,      1};
-    if (digits <= 8)
-        return writeEight(out, static_cast<std::uint32_t>(units) * kScales[digits]);
-    units *= kScales[digits - 8];
-    writeEight(out, static_cast<std::uint32_t>(units / kEightDigits));
-    writeEight(out + 8, static_cast<std::uint32_t>(units % kEightDigits));
-}
-
 void fixedDigits(wchar_t* out, std::uint64_t value, int count)
 {
     wchar_t* p = out + count;

@@ -27,10 +27,6 @@ inline int signedText(wchar_t* out, std::uint32_t value)
 /// decimalText() for values below 10^16.
 int decimalText64(wchar_t* out, std::uint64_t value);
 
-/// Writes `units` / 10^`digits` behind the point: `digits` (1 to 16) digits, zeros in front
-/// included. Eight characters behind them may be overwritten; no terminating 0.
-void fractionDigits(wchar_t* out, std::uint64_t units, int digits);
-
 /// Writes the low `count` decimal digits of `value`, zeros in front included; no terminating 0.
 void fixedDigits(wchar_t* out, std::uint64_t value, int count);
 

@@ -47,6 +47,9 @@ public:
     const OutputCursor& position() const { return m_out; }
 
 private:
+    // Writes what needs no parsing; `f` is then behind it.
+    int writePieces(const wchar_t*& f);
+
     bool resolveCounts(FormatSpec& spec);
     bool convert(const FormatSpec& spec);
     bool emit(const FormatSpec& spec, const wchar_t* text, std::size_t length, bool numeric);
@@ -60,24 +63,27 @@ private:
     FormatArguments m_args;
 };
 
+int FormatRun::writePieces(const wchar_t*& f)
+{
+    if (va_list* const list = m_args.list())
+        return failureOf(writePlainOutOfLine(m_out, f, *list));
+    return writeLiteral(m_out, f) ? kDone : failureOf(PlainEnd::LiteralTooLong);
+}
+
 int FormatRun::formatAll(const wchar_t* f)
 {
-    for (;;) {
-        va_list* const list = m_args.list();
-        if (const int failure = failureOf(list                     ? writePlainOutOfLine(m_out, f, *list)
-                                          : writeLiteral(m_out, f) ? PlainEnd::Stopped
-                                                                   : PlainEnd::LiteralTooLong);
-            failure != kDone)
-            return failure;
-        if (!*f)
-            return kDone;
+    int failure = *f == L'%' ? kDone : writePieces(f);
+    while (failure == kDone && *f) {
         FormatSpec spec;
         f = parseFormatSpec(f + 1, m_args.positional(), spec);
         if (!spec.letter)
             return kDone;
         if (!resolveCounts(spec) || !convert(spec))
             return kFailed;
+        if (*f)
+            failure = writePieces(f);
     }
+    return failure;
 }
 
 // Fetches `*` width and precision. False for a negative width.
@@ -170,6 +176,10 @@ bool FormatRun::convertReal(const FormatSpec& spec)
     if (!std::isfinite(value))
         return emit(spec, text, static_cast<std::size_t>(nonFiniteText(text, value)), false);
     const int precision = static_cast<int>(std::min(spec.precision.value, unsigned{INT_MAX}));
+    if (spec.width.value == 0 && m_out.fits(kRealTextRoom)) {
+        m_out.skip(realText(m_out.at, value, spec.letter, precision, spec.plus));
+        return true;
+    }
     const int length = realText(text, value, spec.letter, precision, spec.plus);
     return emit(spec, text, static_cast<std::size_t>(length), true);
 }

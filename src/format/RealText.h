@@ -13,7 +13,8 @@ namespace TvFormatDetail {
 constexpr int kRealTextRoom = 1 + 125 + 5 + 1;
 
 /// Writes a finite `value` as the letter (f, e, g or G) shows it and returns the length. The
-/// text is terminated. A negative `precision` is possible and runs to the last character.
+/// text is terminated, and nothing is written behind it. A negative `precision` is possible and runs to the
+/// last character.
 int realTextQuad(wchar_t* out, TvQuad value, wchar_t letter, int precision, bool plus);
 int realText(wchar_t* out, double value, wchar_t letter, int precision, bool plus);
 

@@ -193,7 +193,7 @@ int fixedByProduct(wchar_t* out, double value, int precision)
     int length = decimalText64(out, integer);
     if (precision > 0) {
         out[length] = L'.';
-        fractionDigits(out + length + 1, behind, precision);
+        fixedDigits(out + length + 1, behind, precision);
         length += 1 + precision;
     }
     out[length] = 0;

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cwchar>
 #include <random>
@@ -16,15 +17,16 @@ using namespace TvFormatDetail;
 
 namespace {
 
-// Compares one text; the canary tells of writes behind the promised room.
+// Compares one text; what stands behind its terminator must stay.
 void expectSame(double value, wchar_t letter, int precision, bool plus)
 {
     wchar_t expected[kRealTextRoom + 1];
     wchar_t got[kRealTextRoom + 1];
-    expected[kRealTextRoom] = got[kRealTextRoom] = L'#';
+    std::wmemset(got, L'#', kRealTextRoom + 1);
     const int expectedLength = realTextQuad(expected, value, letter, precision, plus);
     const int length = realText(got, value, letter, precision, plus);
-    ASSERT_EQ(got[kRealTextRoom], L'#');
+    ASSERT_TRUE(std::all_of(got + length + 1, got + kRealTextRoom + 1, [](wchar_t c) { return c == L'#'; }))
+        << "%." << precision << static_cast<char>(letter) << " of " << std::hexfloat << value;
     ASSERT_TRUE(length == expectedLength && std::wcscmp(got, expected) == 0)
         << "%" << (plus ? "+" : "") << "." << precision << static_cast<char>(letter) << " of "
         << std::hexfloat << value << "\n  is       " << testing::PrintToString(std::wstring(got))
