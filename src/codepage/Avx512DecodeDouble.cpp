@@ -268,10 +268,11 @@ TV_AVX512_STEP std::uint64_t takeApart(__m512i bytes, std::size_t count, std::ui
 }
 
 // A text of up to 64 bytes that is not ASCII alone. It is taken for well formed; one that is not is
-// done again.
-TV_AVX512_STEP KernelProgress decodeOneBlock(const unsigned char* src, std::size_t count, __m512i bytes,
-                                             wchar_t* dst, const CodepageTables& tables,
-                                             const LeadRanges& leads)
+// done again. A function of its own, so that ASCII alone has no registers to save.
+[[gnu::noinline]] TV_AVX512 KernelProgress decodeOneBlock(const unsigned char* src, std::size_t count,
+                                                          __m512i bytes, wchar_t* dst,
+                                                          const CodepageTables& tables,
+                                                          const LeadRanges& leads)
 {
     Characters c;
     const std::uint64_t stops = takeApart(bytes, count, 0, leads, c);
