@@ -6,32 +6,20 @@
 #ifndef TV_TEXT_END_H
 #define TV_TEXT_END_H
 
-#include "runtime/TvMemoryTools.h"
+#include "runtime/ReadOn.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <cwchar>
 
 namespace TvDetail {
-
-constexpr std::size_t kPageBytes = 4096; // no machine has smaller ones
-
-// Address sanitizer tells memory apart by bytes: there, nothing behind a 0 is loaded.
-#if defined(TV_TOOL_ASAN)
-constexpr bool kLoadsPages = false;
-#else
-constexpr bool kLoadsPages = true;
-#endif
 
 inline std::size_t lengthWithin(const unsigned char* src, std::size_t count)
 {
     return strnlen(reinterpret_cast<const char*>(src), count);
 }
 inline std::size_t lengthWithin(const wchar_t* src, std::size_t count) { return wcsnlen(src, count); }
-
-inline std::size_t pageOffset(const void* p) { return reinterpret_cast<std::uintptr_t>(p) % kPageBytes; }
 
 // How many elements from `src` on lie wholly in its page.
 template<class T>
