@@ -275,14 +275,23 @@ private:
     // caller's element in memory, and cost every append a store.
     [[gnu::noinline]] void appendToFullOrShared(T value)
     {
-        if (m_data.get() == rawEmptyData())
+        Data* data = m_data.get();
+        if (data == rawEmptyData())
             return appendFirst<T>(value);
-        const LengthT at = m_data->logicalCnt;
-        if (!growWithinRoom(static_cast<unsigned int>(at) + 1u))
+        const auto at = static_cast<unsigned int>(data->logicalCnt);
+        const unsigned int physical = grownLength(at + 1);
+        if (data->refCount != 1 || physical <= at || physical > static_cast<unsigned int>(INT_MAX) ||
+            physical <= static_cast<unsigned int>(data->physicalCnt))
             return appendByMoving(value);
-        Elements::begin(m_data->array + at, 1);
-        m_data->array[at] = value;
-        m_data->logicalCnt = at + 1;
+        if (!data->growInPlace(static_cast<LengthT>(physical))) {
+            takeNewRecord(static_cast<LengthT>(physical));
+            data = m_data.get();
+            if (at >= static_cast<unsigned int>(data->physicalCnt))
+                return;
+        }
+        Elements::begin(data->array + at, 1);
+        data->array[at] = value;
+        data->logicalCnt = static_cast<LengthT>(at + 1);
         check();
     }
 
