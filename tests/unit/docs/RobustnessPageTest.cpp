@@ -89,8 +89,9 @@ std::set<std::string> exportedFunctions()
             const auto tab = line.find('\t');
             const std::string symbol = line.substr(tab + 1);
             const bool isC = symbol == line.substr(0, tab);
-            const bool isData = isC ? std::regex_match(symbol, std::regex("(g_|gp|gE|G_).*"))
-                                    : symbol.find('(') == std::string::npos;
+            const bool isData =
+                isC ? std::regex_match(symbol, std::regex("(g_|gp|gE|G_).*|tvPlatform_ansiCodePage"))
+                    : symbol.find('(') == std::string::npos;
             if (isData || symbol.rfind("typeinfo", 0) == 0 || symbol.rfind("vtable", 0) == 0)
                 continue;
             std::string name = bareName(symbol);
