@@ -135,67 +135,55 @@ AsciiRun moveAscii(Blocks& blocks, const typename Move::From* src, std::size_t f
     return endInBlock<Move>(dst, at - first, bytes, (stopsIn<kStop>(bytes) & (behind - 1)) | behind);
 }
 
-std::size_t endOfOthers(const AsciiRun& run, std::size_t at, std::size_t count)
-{
-    return std::min(at + run.others, count);
-}
-
-KernelProgress utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+// Runs of ASCII in blocks, and between them `others`, which takes the elements up to a place one
+// at a time and returns whether the text goes on there.
+template<class Move, bool kStop, class Others>
+KernelProgress convert(const typename Move::From* src, std::size_t count, typename Move::To* dst,
+                       Others others)
 {
     return withBlocks(src, count, [&](auto blocks) {
         KernelProgress done{};
         AsciiRun run{};
         do {
-            run = moveAscii<Widening, false>(blocks, src, done.read, dst + done.written);
+            run = moveAscii<Move, kStop>(blocks, src, done.read, dst + done.written);
             done.read += run.moved;
             done.written += run.moved;
-        } while (
-            utf8DecodeUntil(endOfOthers(run, done.read, count), src, count, done.read, dst, done.written) &&
-            done.read < count);
+        } while (others(std::min(done.read + run.others, count), done) && done.read < count);
         return done;
+    });
+}
+
+KernelProgress utf8Decode(const unsigned char* src, std::size_t count, wchar_t* dst) noexcept
+{
+    return convert<Widening, false>(src, count, dst, [&](std::size_t end, KernelProgress& done) {
+        return utf8DecodeUntil(end, src, count, done.read, dst, done.written);
     });
 }
 
 KernelProgress utf8Encode(const wchar_t* src, std::size_t count, char* dst) noexcept
 {
-    return withBlocks(src, count, [&](auto blocks) {
-        KernelProgress done{};
-        AsciiRun run{};
-        do {
-            run = moveAscii<Narrowing, false>(blocks, src, done.read, dst + done.written);
-            done.read += run.moved;
-            done.written += run.moved;
-        } while (utf8EncodeUntil(endOfOthers(run, done.read, count), src, done.read, dst, done.written) &&
-                 done.read < count);
-        return done;
+    return convert<Narrowing, false>(src, count, dst, [&](std::size_t end, KernelProgress& done) {
+        return utf8EncodeUntil(end, src, done.read, dst, done.written);
     });
 }
 
 KernelProgress decodeSingle(const unsigned char* src, std::size_t count, wchar_t* dst,
                             const CodepageTables& tables) noexcept
 {
-    return withBlocks(src, count, [&](auto blocks) {
-        std::size_t at = 0;
-        AsciiRun run{};
-        do {
-            run = moveAscii<Widening, true>(blocks, src, at, dst + at);
-            at += run.moved;
-        } while (decodeSingleUntil(endOfOthers(run, at, count), src, at, dst, tables) && at < count);
-        return KernelProgress{at, at};
+    return convert<Widening, true>(src, count, dst, [&](std::size_t end, KernelProgress& done) {
+        const bool goesOn = decodeSingleUntil(end, src, done.read, dst, tables);
+        done.written = done.read;
+        return goesOn;
     });
 }
 
 KernelProgress encodeSingle(const wchar_t* src, std::size_t count, char* dst,
                             const CodepageTables& tables) noexcept
 {
-    return withBlocks(src, count, [&](auto blocks) {
-        std::size_t at = 0;
-        AsciiRun run{};
-        do {
-            run = moveAscii<Narrowing, true>(blocks, src, at, dst + at);
-            at += run.moved;
-        } while (encodeSingleUntil(endOfOthers(run, at, count), src, at, dst, tables) && at < count);
-        return KernelProgress{at, at};
+    return convert<Narrowing, true>(src, count, dst, [&](std::size_t end, KernelProgress& done) {
+        const bool goesOn = encodeSingleUntil(end, src, done.read, dst, tables);
+        done.written = done.read;
+        return goesOn;
     });
 }
 
@@ -204,34 +192,16 @@ KernelProgress encodeSingle(const wchar_t* src, std::size_t count, char* dst,
 KernelProgress sse2DecodeDouble(const unsigned char* src, std::size_t count, wchar_t* dst,
                                 const CodepageTables& tables, const LeadRanges& leads) noexcept
 {
-    return withBlocks(src, count, [&](auto blocks) {
-        KernelProgress done{};
-        AsciiRun run{};
-        do {
-            run = moveAscii<Widening, true>(blocks, src, done.read, dst + done.written);
-            done.read += run.moved;
-            done.written += run.moved;
-        } while (decodeDoubleUntil(endOfOthers(run, done.read, count), src, count, done.read, dst,
-                                   done.written, tables, leads) &&
-                 done.read < count);
-        return done;
+    return convert<Widening, true>(src, count, dst, [&](std::size_t end, KernelProgress& done) {
+        return decodeDoubleUntil(end, src, count, done.read, dst, done.written, tables, leads);
     });
 }
 
 KernelProgress sse2EncodeDouble(const wchar_t* src, std::size_t count, char* dst,
                                 const CodepageTables& tables) noexcept
 {
-    return withBlocks(src, count, [&](auto blocks) {
-        KernelProgress done{};
-        AsciiRun run{};
-        do {
-            run = moveAscii<Narrowing, true>(blocks, src, done.read, dst + done.written);
-            done.read += run.moved;
-            done.written += run.moved;
-        } while (encodeDoubleUntil(endOfOthers(run, done.read, count), src, done.read, dst, done.written,
-                                   tables) &&
-                 done.read < count);
-        return done;
+    return convert<Narrowing, true>(src, count, dst, [&](std::size_t end, KernelProgress& done) {
+        return encodeDoubleUntil(end, src, done.read, dst, done.written, tables);
     });
 }
 
