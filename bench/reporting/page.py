@@ -53,7 +53,9 @@ def growth_section(growth):
     lines = [
         "## Growth\n",
         "The same work over four decades of size, time an item. The last column is the time an item of the largest\n"
-        "size divided by that of the smallest: about 1 or below means that the work grows no faster than its input.\n",
+        "size divided by that of the smallest: about 1 or below means that the work grows no faster than its input.\n"
+        "Replacing one of many objects at random meets memory beyond the processor's caches once they are many,\n"
+        "with `malloc` as well.\n",
         "![Time an item by size](growth.svg)\n",
         "| work | who | smallest size | | | | largest size | last / first |",
         "|---|---|---|---|---|---|---|---|",
