@@ -6,6 +6,13 @@
 #include <cstdlib>
 #include <dlfcn.h>
 
+// Marks what g++'s optimizer may not look into: it takes array new and malloc for two families.
+#if __has_cpp_attribute(gnu::noipa)
+#define TV_OPAQUE [[gnu::noipa]]
+#else
+#define TV_OPAQUE
+#endif
+
 namespace {
 
 using TvDetail::ArrayDelete;
@@ -65,9 +72,7 @@ bool newIsMalloc()
 
 } // namespace
 
-// Not to be looked into by the optimizer, which takes array new and malloc for two families.
-[[gnu::noipa]] void* TvDetail::resizeArray(void* array, std::size_t size, ArrayNew make,
-                                           ArrayDelete drop) noexcept
+TV_OPAQUE void* TvDetail::resizeArray(void* array, std::size_t size, ArrayNew make, ArrayDelete drop) noexcept
 {
     // A module may be bound to functions of its own.
     if (make != static_cast<ArrayNew>(&::operator new[]) ||
