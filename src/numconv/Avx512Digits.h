@@ -44,7 +44,7 @@ TV_AVX512_NUMBERS_STEP __m256i seventeenDigits(std::uint64_t sixteen, std::uint6
         _mm512_madd52lo_epu64(tenths, tenths, _mm512_set1_epi64(static_cast<long long>(lower)));
     const __m512i upperDigits = _mm512_madd52hi_epu64(_mm512_setzero_si512(), upperParts, ten);
     const __m512i lowerDigits = _mm512_madd52hi_epu64(
-        _mm512_zextsi128_si512(_mm_cvtsi64_si128(static_cast<long long>(last << 8))), lowerParts, ten);
+        _mm512_zextsi128_si512(_mm_cvtsi64_si128(static_cast<long long>(last) << 8)), lowerParts, ten);
     const __m256i from = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(places));
     return _mm512_castsi512_si256(
         _mm512_permutex2var_epi8(upperDigits, _mm512_castsi256_si512(from), lowerDigits));
