@@ -173,6 +173,9 @@ protected:
         }
     }
 
+    // All kernels on texts of every length up to 200 and of every kind.
+    void checkShortTexts(unsigned seed);
+
     GuardedArray<unsigned char> m_bytes{kMostText};
     GuardedArray<wchar_t> m_wide{kMostText};
     std::size_t m_lengthBehind = 0;   // how far the length that kernels are given passes the text's end
@@ -207,9 +210,9 @@ const WideMaker kWideKinds[] = {
     [](std::mt19937& r) { return static_cast<wchar_t>(r() % 0x200); },
 };
 
-TEST_P(TextKernelsTest, ShortTextsOfEveryLengthAndKind)
+void TextKernelsTest::checkShortTexts(unsigned seed)
 {
-    std::mt19937 random(11);
+    std::mt19937 random(seed);
     for (std::size_t length = 0; length <= 200; ++length) {
         for (ByteMaker kind : kByteKinds) {
             Bytes text(length);
@@ -224,22 +227,12 @@ TEST_P(TextKernelsTest, ShortTextsOfEveryLengthAndKind)
     }
 }
 
+TEST_P(TextKernelsTest, ShortTextsOfEveryLengthAndKind) { checkShortTexts(11); }
+
 TEST_P(TextKernelsTest, WhatStandsBehindATextInItsPageDoesNotMatter)
 {
-    std::mt19937 random(19);
     m_elementsBehind = 200;
-    for (std::size_t length = 0; length <= 200; ++length) {
-        for (ByteMaker kind : kByteKinds) {
-            Bytes text(length);
-            std::generate(text.begin(), text.end(), [&] { return kind(random); });
-            ASSERT_NO_FATAL_FAILURE(checkBytes(text));
-        }
-        for (WideMaker kind : kWideKinds) {
-            Wide text(length);
-            std::generate(text.begin(), text.end(), [&] { return kind(random); });
-            ASSERT_NO_FATAL_FAILURE(checkWide(text));
-        }
-    }
+    checkShortTexts(19);
 }
 
 TEST_P(TextKernelsTest, EveryByteAtEveryPlaceOfABlock)
