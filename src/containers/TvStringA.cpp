@@ -1,15 +1,18 @@
 #include "TvStringA.h"
 
 #include "runtime/ReadOn.h"
+#include "runtime/TvCopyBytes.h"
 #include "runtime/TvPlatformCalls.h"
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <emmintrin.h>
 #include <new>
 #include <type_traits>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -43,14 +46,13 @@ namespace {
     return TvStrHeaderA::sEmptyHeader();
 }
 
-__m128i sixteenAt(const char* text) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text)); }
-void setSixteen(char* text, __m128i block) { _mm_storeu_si128(reinterpret_cast<__m128i*>(text), block); }
+#ifdef __SSE2__
 
 // A bit for each of 16 characters that is 0.
 std::uint64_t zerosIn(const char* text)
 {
-    const __m128i isZero = _mm_cmpeq_epi8(sixteenAt(text), _mm_setzero_si128());
-    return static_cast<unsigned int>(_mm_movemask_epi8(isZero));
+    const __m128i sixteen = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi8(sixteen, _mm_setzero_si128())));
 }
 
 // As strlen, which is called only for texts longer than most strings are.
@@ -66,27 +68,26 @@ std::size_t lengthOf(const char* text)
     return 64 + std::strlen(text + 64);
 }
 
-// Copies the short texts that most strings are without a call, by blocks that overlap in the
-// middle.
+#else
+
+std::size_t lengthOf(const char* text) { return std::strlen(text); }
+
+#endif
+
+// Copies the short texts that most strings are without a call; the shortest of those are asked for
+// first.
 void copyText(char* dst, const char* src, std::size_t n)
 {
+    auto* const to = reinterpret_cast<unsigned char*>(dst);
+    const auto* const from = reinterpret_cast<const unsigned char*>(src);
     if (n > 64 || n < 8)
-        return TvPodReallocator<char>::_copy(dst, src, n);
-    if (n < 16) {
-        std::uint64_t first;
-        std::uint64_t last;
-        std::memcpy(&first, src, sizeof first);
-        std::memcpy(&last, src + n - sizeof last, sizeof last);
-        std::memcpy(dst, &first, sizeof first);
-        std::memcpy(dst + n - sizeof last, &last, sizeof last);
-        return;
-    }
-    if (n > 32) {
-        setSixteen(dst + 16, sixteenAt(src + 16));
-        setSixteen(dst + n - 32, sixteenAt(src + n - 32));
-    }
-    setSixteen(dst, sixteenAt(src));
-    setSixteen(dst + n - 16, sixteenAt(src + n - 16));
+        TvPodReallocator<char>::_copy(dst, src, n);
+    else if (n < 16)
+        TvCopyDetail::moveEnds<8>(to, from, n);
+    else if (n <= 32)
+        TvCopyDetail::moveEnds<16>(to, from, n);
+    else
+        TvCopyDetail::moveLongEnds(to, from, n);
 }
 
 // What they make of it otherwise, in one step. The caller has the one reference.

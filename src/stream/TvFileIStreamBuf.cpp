@@ -2,7 +2,7 @@
 #include "TvFileStreamBuf.h"
 
 #include "runtime/TvThrow.h"
-#include "stream/TvCopyBytes.h"
+#include "runtime/TvCopyBytes.h"
 
 #include <algorithm>
 

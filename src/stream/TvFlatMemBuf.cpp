@@ -2,7 +2,7 @@
 #include "TvMemStreamBuf.h"
 
 #include "TvHooks.h"
-#include "stream/TvCopyBytes.h"
+#include "runtime/TvCopyBytes.h"
 #include "stream/TvFlatMemBufStore.h"
 
 #include <algorithm>

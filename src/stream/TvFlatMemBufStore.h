@@ -4,7 +4,7 @@
 #define TV_FLAT_MEM_BUF_STORE_H
 
 #include "TvMemStreamBuf.h"
-#include "stream/TvCopyBytes.h"
+#include "runtime/TvCopyBytes.h"
 
 // Makes the stream `length` bytes long where that takes no memory. False otherwise, and nothing
 // has changed.
