@@ -1,4 +1,4 @@
-// Shortest digits and general text on machines with 512-bit vectors.
+// Shortest digits, and the text of numbers, on machines with 512-bit vectors.
 #include "numconv/NumberKernels.h"
 
 #ifdef TV_NUMBERS_BY_AVX512

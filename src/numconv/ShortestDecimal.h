@@ -50,7 +50,7 @@ alignas(64) inline constexpr ShortestScalings g_shortestScalings = makeShortestS
 
 /// True for the doubles that shortestDecimal takes: normal, and as far from the one below as
 /// from the one above.
-inline bool isEvenlySpaced(std::uint64_t bits) { return exponentField(bits) - 1 < 0x7FE && bits << 12 != 0; }
+inline bool isEvenlySpaced(std::uint64_t bits) { return isNormal(bits) && bits << 12 != 0; }
 
 // At most one multiple of ten reads back, and it is the shortest; else the nearest integer does.
 // Which of them it is follows from bits as good as random, so no branch asks.
