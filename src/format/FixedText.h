@@ -3,6 +3,7 @@
 #define TV_FORMAT_FIXED_TEXT_H
 
 #include "format/ScaledReal.h"
+#include "format/TensOfIntegers.h"
 #include "format/WideDigits.h"
 
 #include <bit>
@@ -18,11 +19,11 @@ constexpr int kFixedTextRoom = 1 + 8 + 1 + 8 + 1;
 #ifdef TV_FORMAT_BY_SSE2
 
 /// Writes a number as %.Nf shows it, N being `places` (0 to kFixedTextPlaces), and a terminating
-/// 0, and nothing behind it; returns the length. 0 where the integer part has more than eight digits, or the
-/// number lies so close to a half of its last place that the steps of realTextQuad() decide.
+/// 0, and nothing behind it; returns the length. 0 where the integer part has more than eight
+/// digits, or the number lies so close to a half of its last place that the steps of
+/// realTextQuad() decide.
 inline int fixedText(wchar_t* out, double value, int places)
 {
-    static constexpr std::uint32_t tens[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
     constexpr std::uint64_t fractionMask = (std::uint64_t{1} << 52) - 1;
     // The remainder is cut off by less than 10^8 * 2^-64, the steps lose less than 2^-40 of a unit
     // (see kSafeBits in RealTextInteger.cpp).
@@ -45,12 +46,12 @@ inline int fixedText(wchar_t* out, double value, int places)
     }
     if (whole >= kEightDigits - 1) // rounding may add one
         return 0;
-    const UInt128 product = UInt128{behind} * tens[places];
+    const UInt128 product = UInt128{behind} * kTens[places];
     const auto rest = static_cast<std::uint64_t>(product);
     if (rest - (half - margin) <= 2 * margin) [[unlikely]]
         return 0;
     auto units = static_cast<std::uint32_t>(product >> 64) + static_cast<std::uint32_t>(rest >> 63);
-    const bool carry = units == tens[places];
+    const bool carry = units == kTens[places];
     units = carry ? 0 : units;
     const bool negative = value < 0;
     *out = L'-';

@@ -9,6 +9,7 @@
 #include "format/OutputCursor.h"
 #include "format/WideCopy.h"
 
+#include <bit>
 #include <cstdarg>
 #include <cwchar>
 

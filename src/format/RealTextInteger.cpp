@@ -4,6 +4,7 @@
 #include "format/IntegerText.h"
 #include "format/QuadDecimal.h"
 #include "format/ScaledReal.h"
+#include "format/TensOfIntegers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,24 +13,6 @@
 namespace TvFormatDetail {
 
 namespace {
-
-constexpr std::uint64_t kPowers[] = {1,
-                                     10,
-                                     100,
-                                     1000,
-                                     10000,
-                                     100000,
-                                     1000000,
-                                     10000000,
-                                     100000000,
-                                     1000000000,
-                                     10000000000,
-                                     100000000000,
-                                     1000000000000,
-                                     10000000000000,
-                                     100000000000000,
-                                     1000000000000000,
-                                     10000000000000000};
 
 // The stepwise digits are those of one exact product as long as the product is not this close
 // (2^-40 of a last digit) to where a digit changes. What the steps lose by rounding is far
@@ -99,7 +82,7 @@ bool leadingDigits(const ScaledReal& v, int count, std::uint64_t& digits)
     if (v.exponent < -fractionBits || v.significand >> fractionBits == 0)
         return false;
     const UInt128 fixed = v.significand << (v.exponent + fractionBits); // below 2^116
-    const std::uint64_t power = kPowers[count - 1];
+    const std::uint64_t power = kTens[count - 1];
     const UInt128 low = UInt128{static_cast<std::uint64_t>(fixed)} * power;
     const UInt128 high = UInt128{static_cast<std::uint64_t>(fixed >> 64)} * power + (low >> 64);
     // high * 2^64 + rest, with the point before bit 112.
@@ -171,19 +154,19 @@ int fixedByProduct(wchar_t* out, double value, int precision)
     std::uint64_t units = 0;
     constexpr int productBits = 53 + 50;
     if (shift <= productBits + 2) { // else below an eighth of a unit
-        const UInt128 scaled = UInt128{fraction} * kPowers[precision];
+        const UInt128 scaled = UInt128{fraction} * kTens[precision];
         const UInt128 half = UInt128{1} << (shift - 1);
         const UInt128 whole = scaled >> shift;
         const UInt128 rest = scaled & (half * 2 - 1);
         const UInt128 distance = rest > half ? rest - half : half - rest;
         if (distance <= (half * 2) >> kSafeBits)
             return 0;
-        if (whole + 1 >= kPowers[kMaxDigits])
+        if (whole + 1 >= kTens[kMaxDigits])
             return 0;
         units = static_cast<std::uint64_t>(whole) + (rest > half);
     }
     // The integer part without a division: rounding may carry into it.
-    const std::uint64_t power = kPowers[precision];
+    const std::uint64_t power = kTens[precision];
     auto integer = static_cast<std::uint64_t>(value);
     std::uint64_t behind = units - integer * power;
     if (behind >= power) {

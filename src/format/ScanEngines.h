@@ -3,6 +3,7 @@
 #define TV_FORMAT_SCAN_ENGINES_H
 
 #include <cstdarg>
+#include <cstdint>
 
 namespace TvFormatDetail {
 
@@ -11,6 +12,9 @@ int scanSourceBuf(bool kind, const wchar_t* text, const wchar_t* format, va_list
 
 /// A wide string by pointer; the same results.
 int scanWideText(const wchar_t* text, const wchar_t* format, va_list* args);
+
+/// White space of ASCII.
+inline bool isPlainSpace(std::int32_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
 
 /// TvMath::pow<double>(10, n), from a table up to the 22nd power either way.
 constexpr int kLargestScanPower = 22;

@@ -12,7 +12,7 @@ namespace TvFormatDetail {
 /// The first character that is no white space of ASCII.
 inline const wchar_t* behindPlainSpace(const wchar_t* p)
 {
-    while (*p == L' ' || (*p >= L'\t' && *p <= L'\r'))
+    while (isPlainSpace(*p))
         ++p;
     return p;
 }

@@ -60,10 +60,10 @@ struct WindowPlace {
     std::uint64_t digits = 0;
     if (whole <= 8 && places <= 8) [[likely]] {
         const TwoNumbers both = digitsAtBoth(base + place.first, whole, base + second, places);
-        digits = both.first * kScanTens[places] + both.second;
+        digits = both.first * kTens[places] + both.second;
     } else {
         digits =
-            moreDigitsAt(base + place.first, whole) * kScanTens[places] + moreDigitsAt(base + second, places);
+            moreDigitsAt(base + place.first, whole) * kTens[places] + moreDigitsAt(base + second, places);
     }
     // Exact in a double, as is every step of the digit-by-digit sum then.
     const double magnitude =

@@ -12,6 +12,7 @@
 
 #include "TvMath.h"
 #include "TvScan.h"
+#include "format/ScanEngines.h"
 
 #include <climits>
 #include <cstdint>
@@ -28,7 +29,7 @@ constexpr double kFullMantissa = 1.7976931348623158e307;
 inline bool isScanSpace(std::int32_t c)
 {
     if (c < 128)
-        return c == L' ' || (c >= L'\t' && c <= L'\r');
+        return isPlainSpace(c);
     return std::iswspace(static_cast<wint_t>(c));
 }
 

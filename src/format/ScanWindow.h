@@ -6,6 +6,7 @@
 #define TV_FORMAT_SCAN_WINDOW_H
 
 #include "format/FormatVectors.h"
+#include "format/TensOfIntegers.h"
 #include "runtime/ReadOn.h"
 
 #include <bit>
@@ -66,24 +67,8 @@ struct TwoNumbers {
     return {static_cast<std::uint32_t>(both), static_cast<std::uint32_t>(both >> 32)};
 }
 
-/// Powers of ten that are exact in 64 bits and, up to kExactDigits, in a double.
+/// Integers of that many digits are exact in a double, and so are their powers of ten.
 constexpr int kExactDigits = 15;
-inline constexpr std::uint64_t kScanTens[kExactDigits + 1] = {1,
-                                                              10,
-                                                              100,
-                                                              1000,
-                                                              10000,
-                                                              100000,
-                                                              1000000,
-                                                              10000000,
-                                                              100000000,
-                                                              1000000000,
-                                                              10000000000,
-                                                              100000000000,
-                                                              1000000000000,
-                                                              10000000000000,
-                                                              100000000000000,
-                                                              1000000000000000};
 
 /// digitsAt() for up to kExactDigits characters; sixteen may be read.
 inline std::uint64_t moreDigitsAt(const wchar_t* p, int count)
@@ -91,7 +76,7 @@ inline std::uint64_t moreDigitsAt(const wchar_t* p, int count)
     if (count <= 8) [[likely]]
         return digitsAt(p, count);
     const TwoNumbers both = digitsAtBoth(p, 8, p + 8, count - 8);
-    return both.first * kScanTens[count - 8] + both.second;
+    return both.first * kTens[count - 8] + both.second;
 }
 
 /// What the characters from a place on are.
@@ -104,8 +89,8 @@ public:
 
     explicit ScanWindow(const wchar_t* p)
     {
-        const __m128i first = bytesAt(p);
-        const __m128i second = bytesAt(p + 16);
+        const __m128i first = sixteenCharactersAt(p);
+        const __m128i second = sixteenCharactersAt(p + 16);
         m_ink = ~std::uint64_t{both(first, second, ' ')};
         m_minus = both(first, second, '-');
         // Digits become the ten lowest numbers of a signed byte.
@@ -127,19 +112,9 @@ public:
     bool minusAt(int i) const { return m_minus >> i & 1; }
 
 private:
-    // Saturation makes nothing else of characters that have no meaning in numbers.
-    static __m128i bytesAt(const wchar_t* p)
-    {
-        const auto four = [p](int at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + at)); };
-        return _mm_packus_epi16(_mm_packs_epi32(four(0), four(4)), _mm_packs_epi32(four(8), four(12)));
-    }
-
     static std::uint32_t both(__m128i first, __m128i second, char c)
     {
-        const auto places = [c](__m128i bytes) {
-            return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
-        };
-        return places(second) << 16 | places(first);
+        return placesIn(second, c) << 16 | placesIn(first, c);
     }
 
     // The places behind the window that count as digits.

@@ -6,7 +6,6 @@
 #include "runtime/ReadOn.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 
 namespace TvFormatDetail {
@@ -17,14 +16,7 @@ namespace TvFormatDetail {
 constexpr int kShortText = 16;
 
 /// A bit for each of the kShortText characters at `p` that is `c`.
-inline unsigned placesOf(const wchar_t* p, char c)
-{
-    const auto four = [p](int at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + at)); };
-    // Saturation leaves 0 to 126 what they are and makes no character one of them.
-    const __m128i bytes =
-        _mm_packs_epi16(_mm_packs_epi32(four(0), four(4)), _mm_packs_epi32(four(8), four(12)));
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
-}
+inline unsigned placesOf(const wchar_t* p, char c) { return placesIn(sixteenCharactersAt(p), c); }
 
 /// Copies `count` characters (1 to kShortText); the two places may overlap. Nothing else is read
 /// or written.
@@ -54,7 +46,7 @@ inline void copyShort(wchar_t* out, const wchar_t* text, int count)
     put(out + third, d);
 }
 
-/// Whether the length of a text can be told by shortLength().
+/// Whether placesOf() may look at a text.
 inline bool isShortReadable(const wchar_t* text) { return mayReadOn(text, kShortText * sizeof(wchar_t)); }
 
 #endif
